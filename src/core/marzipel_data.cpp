@@ -1,0 +1,34 @@
+#include "core/marzipel_data.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+
+#include "core/float_text.h"
+
+namespace marzipel {
+
+void to_json(nlohmann::json& json, const MarzipelData& data) {
+    json = nlohmann::json{{"nightShiftEnabled", data.nightShiftEnabled}};
+    if (data.keyboardBacklightValue) {
+        float value = *data.keyboardBacklightValue;
+        if (!std::isfinite(value)) {
+            throw std::invalid_argument("Unable to encode Float.nan or infinity directly in JSON.");
+        }
+        // Going through the float's own shortest text keeps 0.7 from being written as
+        // 0.699999988079071.
+        json["keyboardBacklightValue"] = std::stod(floatText(value));
+    }
+}
+
+void from_json(const nlohmann::json& json, MarzipelData& data) {
+    data.nightShiftEnabled = json.at("nightShiftEnabled").get<bool>();
+    data.keyboardBacklightValue.reset();
+    if (auto it = json.find("keyboardBacklightValue"); it != json.end() && !it->is_null()) {
+        if (!it->is_number()) throw std::invalid_argument("keyboardBacklightValue is not a number");
+        data.keyboardBacklightValue = it->get<float>();
+    }
+}
+
+}  // namespace marzipel

@@ -1,0 +1,13 @@
+#include "diagnostics/debug_log.h"
+
+#include "diagnostics/file_logger.h"
+#include "settings/settings_manager.h"
+
+namespace marzipel {
+
+void debugLog(const SettingsManager& settings, std::string_view message) {
+    if (!settings.debugLoggingEnabled().get()) return;
+    if (FileLogger* logger = FileLogger::shared()) logger->log(message);
+}
+
+}  // namespace marzipel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/brightness_service.h"
+
+namespace marzipel {
+
+/// The simulated keyboard and Night Shift that every sim client pair reads and changes, with a
+/// record of every call made to them ("<client> <operation> [args]").
+struct SimBrightnessWorld {
+    float keyboard = 1.0f;
+    BlueLightStatus status;
+    bool blueLightMissing = false;
+    std::vector<std::string> calls;
+    std::function<void(const std::string&)> onCall;
+
+    void record(std::string call);
+};
+
+class SimBrightnessService final : public BrightnessService {
+public:
+    SimBrightnessService(SimBrightnessWorld& world, std::string client);
+
+    float brightnessForKeyboard(int keyboardId) override;
+    void setBrightness(float value, int keyboardId) override;
+    bool hasBlueLightClient() const override;
+    BlueLightStatus getBlueLightStatus() override;
+    void setEnabled(bool enabled) override;
+    void setMode(std::int32_t mode) override;
+
+private:
+    SimBrightnessWorld& world_;
+    std::string client_;
+};
+
+/// Names the client pairs in the order they are made: "app", then "data", then "client3"...
+/// Makes none (null) when `keyboardMissing` is set.
+class SimBrightnessServiceFactory final : public BrightnessServiceFactory {
+public:
+    explicit SimBrightnessServiceFactory(SimBrightnessWorld& world) : world_(world) {}
+    std::unique_ptr<BrightnessService> create() override;
+
+    bool keyboardMissing = false;
+
+private:
+    SimBrightnessWorld& world_;
+    int created_ = 0;
+};
+
+}  // namespace marzipel

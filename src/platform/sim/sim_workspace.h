@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "platform/power_assertions.h"
+#include "platform/workspace.h"
+
+namespace marzipel {
+
+/// Running applications and the frontmost one, as a test sets them.
+class SimWorkspace final : public Workspace {
+public:
+    std::optional<RunningApplication> frontmostApplication() const override {
+        if (!frontmostProcessId) return std::nullopt;
+        return runningApplication(*frontmostProcessId);
+    }
+    std::vector<RunningApplication> runningApplications() const override { return applications; }
+    std::optional<RunningApplication> runningApplication(std::int32_t processId) const override {
+        auto it = std::ranges::find(applications, processId, &RunningApplication::processId);
+        if (it == applications.end()) return std::nullopt;
+        return *it;
+    }
+
+    std::vector<RunningApplication> applications;
+    std::optional<std::int32_t> frontmostProcessId;
+};
+
+/// The assertion table a test sets, answered as it is; counts the queries.
+class SimPowerAssertions final : public PowerAssertions {
+public:
+    PowerAssertionsReply assertionsByProcess() override {
+        ++queries;
+        return reply;
+    }
+    PowerAssertionsReply reply{0, std::map<std::int32_t, PlistValue>{}};
+    int queries = 0;
+};
+
+}  // namespace marzipel
