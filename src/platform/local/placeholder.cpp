@@ -1,0 +1,1 @@
+#include "platform/plist/plist_codec.h"
