@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -78,7 +79,7 @@ private:
 /// observation is wanted.
 template <typename T>
 std::shared_ptr<KeyObservation> observe(const Key<T>& key, ObservationOption options,
-                                        std::function<void(const KeyChange<T>&)> callback) {
+                                        std::type_identity_t<std::function<void(const KeyChange<T>&)>> callback) {
     auto observation = std::make_shared<KeyObservation>(
         key.sharedSuite(), key.name(), options,
         [key, callback = std::move(callback)](const PreferencesChange& change) {

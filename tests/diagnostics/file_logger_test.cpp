@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include "diagnostics/debug_log.h"
+#include "diagnostics/file_logger.h"
+#include "platform/sim/sim_basics.h"
+#include "settings/settings_manager.h"
+#include "support/temp_dir.h"
+
+namespace marzipel {
+namespace {
+
+struct FileLoggerTest : testing::Test {
+    TempDir home;
+    SimUserDirectories directories;
+    SimClock clock;
+    SimConsole console;
+
+    FileLoggerTest() { directories.documents = home.path().string(); }
+    ~FileLoggerTest() override { FileLogger::setShared(nullptr); }
+    std::string logText() const { return readFile(home / "Marzipel_debug.log"); }
+};
+
+TEST_F(FileLoggerTest, AppendsTimestampedLinesToWhatIsThere) {
+    writeFile(home / "Marzipel_debug.log", "earlier run\n");
+    auto logger = FileLogger::create(directories, clock, console);
+    ASSERT_TRUE(logger);
+    logger->log("first");
+    // Another writer appending meanwhile must not be overwritten.
+    std::ofstream(home / "Marzipel_debug.log", std::ios::app) << "someone else\n";
+    clock.timestamp = "2/3/26, 4:05:06 AM GMT";
+    logger->log("two\nlines");
+    EXPECT_EQ(logText(),
+              "earlier run\n1/1/26, 12:00:00 PM UTC: first\nsomeone else\n"
+              "2/3/26, 4:05:06 AM GMT: two\nlines\n");
+    EXPECT_TRUE(console.lines.empty());
+}
+
+TEST_F(FileLoggerTest, UnopenableFileIsReportedOnStandardOutputEachAttempt) {
+    directories.documents = (home.path() / "missing-folder").string();
+    EXPECT_FALSE(FileLogger::create(directories, clock, console));
+    EXPECT_FALSE(FileLogger::create(directories, clock, console));
+    ASSERT_EQ(console.lines.size(), 2u);
+    EXPECT_EQ(console.lines[0].rfind("Unable to open file handle: ", 0), 0u) << console.lines[0];
+}
+
+TEST_F(FileLoggerTest, DebugLogCallWritesOnlyWhileEnabledAndLoggerExists) {
+    auto store = std::make_shared<SimPreferencesStore>();
+    SettingsManager settings(store, console);
+    settings.debugLoggingEnabled().set(true);
+    debugLog(settings, "before any logger");
+    FileLogger::setShared(FileLogger::create(directories, clock, console));
+    debugLog(settings, "on");
+    settings.debugLoggingEnabled().set(false);
+    debugLog(settings, "off");
+    settings.debugLoggingEnabled().set(true);
+    debugLog(settings, "on again");
+    EXPECT_EQ(logText(), "1/1/26, 12:00:00 PM UTC: on\n1/1/26, 12:00:00 PM UTC: on again\n");
+}
+
+}  // namespace
+}  // namespace marzipel
