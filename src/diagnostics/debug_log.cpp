@@ -10,4 +10,11 @@ void debugLog(const SettingsManager& settings, std::string_view message) {
     if (FileLogger* logger = FileLogger::shared()) logger->log(message);
 }
 
+void debugLoggingToggled(bool on, const UserDirectories& directories, const Clock& clock,
+                         Console& console) {
+    if (on && !FileLogger::shared()) {
+        FileLogger::setShared(FileLogger::create(directories, clock, console));
+    }
+}
+
 }  // namespace marzipel

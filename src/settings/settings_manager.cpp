@@ -53,6 +53,16 @@ void SettingsManager::removeTriggerApp(const AppItem& item) const {
     enabledApps().set(apps);
 }
 
+void SettingsManager::setFeatureEnabled(Feature feature, bool on) const {
+    auto features = enabledFeatures().get();
+    if (on) {
+        features.insert(feature);
+    } else {
+        features.erase(feature);
+    }
+    enabledFeatures().set(features);
+}
+
 void SettingsManager::setAppFeature(const std::string& appId, Feature feature, bool on) const {
     auto features = appFeatures().get();
     auto& set = features[appId];

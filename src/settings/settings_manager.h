@@ -33,6 +33,8 @@ public:
     void addTriggerApp(const AppItem& item) const;
     /// Removes the item equal in all fields, if there is one, and writes the set back either way.
     void removeTriggerApp(const AppItem& item) const;
+    /// Switches one of the features run while active, storing the whole set at once.
+    void setFeatureEnabled(Feature feature, bool on) const;
     /// Switches one feature of one app; an entry whose set becomes empty stays.
     void setAppFeature(const std::string& appId, Feature feature, bool on) const;
 

@@ -50,11 +50,10 @@ TEST_F(MarzipelSystemClientTest, CallsThePlatformAndLogsOnlyWhenDebugLoggingIsOn
     client.setNightShiftMode(1);
     world.status.from = {22, 0};
     EXPECT_EQ(client.nightShiftStatus().from, (BlueLightStatus::Time{22, 0}));
-    EXPECT_EQ(world.calls,
-              (std::vector<std::string>{"app brightnessForKeyboard 1", "app setBrightness 0.0 1",
-                                        "app setBrightness 0.5 1", "app setEnabled false",
-                                        "app setEnabled true", "app setMode 1",
-                                        "app getBlueLightStatus"}));
+    EXPECT_EQ(world.calls, (std::vector<std::string>{
+                               "app brightnessForKeyboard 1", "app setBrightness 0.0 1",
+                               "app setBrightness 0.5 1", "app setEnabled false",
+                               "app setEnabled true", "app setMode 1", "app getBlueLightStatus"}));
     const std::string stamp = "1/1/26, 12:00:00 PM UTC: ";
     EXPECT_EQ(logText(), stamp + "Setting keyboard brightness to 0.5\n" + stamp +
                              "Disabling Night Shift\n" + stamp + "Enabling Night Shift\n");

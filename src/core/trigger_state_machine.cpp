@@ -1,0 +1,145 @@
+#include "core/trigger_state_machine.h"
+
+#include <algorithm>
+
+#include "core/marzipel_state.h"
+#include "core/marzipel_system_client.h"
+#include "detection/video_playback_probe.h"
+#include "diagnostics/debug_log.h"
+#include "settings/settings_manager.h"
+
+namespace marzipel {
+
+namespace {
+
+constexpr std::int32_t kSunsetToSunrise = 1;
+constexpr std::int32_t kCustomSchedule = 2;
+
+}  // namespace
+
+bool isWithinCustomSchedule(LocalTime now, BlueLightStatus::Time from, BlueLightStatus::Time to) {
+    if (from.hour < now.hour) return true;
+    if (now.hour < to.hour) return true;
+    if (now.hour == from.hour) return now.minute >= from.minute;
+    if (now.hour == to.hour) return now.minute <= to.minute;
+    return false;
+}
+
+TriggerStateMachine::TriggerStateMachine(MarzipelState& state, const SettingsManager& settings,
+                                         MarzipelDataManager& dataManager,
+                                         MarzipelSystemClient& systemClient,
+                                         const Workspace& workspace, VideoPlaybackProbe& probe,
+                                         const Clock& clock)
+    : state_(state),
+      settings_(settings),
+      dataManager_(dataManager),
+      systemClient_(systemClient),
+      workspace_(workspace),
+      probe_(probe),
+      clock_(clock) {}
+
+void TriggerStateMachine::wentFullScreen() {
+    const auto frontmost = workspace_.frontmostApplication();
+    if (!frontmost) return;
+    const std::string id = frontmost->bundleIdentifier.value_or("Unknown app");
+    log(id + " went full screen");
+
+    const auto apps = settings_.enabledApps().get();
+    const bool isTrigger =
+        std::ranges::any_of(apps, [&](const AppItem& app) { return app.id == id; });
+    const bool isActive = state_.isActive();
+
+    if (!isTrigger) {
+        if (isActive) {
+            log("full-screen switch from enabled to disabled app, deactivating");
+            deactivate();
+        }
+        return;
+    }
+    if (isActive) {
+        log("full-screen switch between two enabled apps, doing nothing");
+        return;
+    }
+
+    // The probe runs for every such event, also for apps that do not ask for it.
+    const auto playing = probe_.applicationsPlayingVideo();
+    if (std::ranges::find(playing, *frontmost) != playing.end()) {
+        log(id + " went full screen while playing video");
+        activate(id);
+        return;
+    }
+    log(id + " went full screen but is not playing video");
+    const auto appFeatures = settings_.appFeatures().get();
+    const auto entry = appFeatures.find(id);
+    if (entry != appFeatures.end() && entry->second.contains(Feature::onlyWhenPlayingVideo)) {
+        log("Not enabling for " + id + ": not playing video");
+        return;
+    }
+    activate(id);
+}
+
+void TriggerStateMachine::leftFullScreen() {
+    log("Left full screen");
+    deactivate();
+}
+
+void TriggerStateMachine::appQuitting() {
+    log("App quitting, deactivating");
+    deactivate();
+}
+
+void TriggerStateMachine::activate(const std::string& /*bundleId*/) {
+    MarzipelSystemClient& capture = dataManager_.systemClient;
+    const float brightness = capture.keyboardBrightness();
+    const BlueLightStatus nightShift = capture.nightShiftStatus();
+    settings_.marzipelData().set(MarzipelData{nightShift.enabled, brightness});
+
+    // Observers hear of the change before the system is touched.
+    state_.setIsActive(true);
+
+    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight)) {
+        systemClient_.setKeyboardBrightness(0.0f);
+    }
+    if (settings_.enabledFeatures().get().contains(Feature::nightShift) && nightShift.enabled) {
+        systemClient_.disableNightShift();
+    }
+}
+
+void TriggerStateMachine::deactivate() {
+    if (!state_.isActive()) {
+        log("Doing nothing, was not active");
+        return;
+    }
+    const MarzipelData saved = settings_.marzipelData().get();
+    // Features are read now, not at activation: switching one off while active skips its restore.
+    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight) &&
+        saved.keyboardBacklightValue) {
+        systemClient_.setKeyboardBrightness(*saved.keyboardBacklightValue);
+    }
+    if (settings_.enabledFeatures().get().contains(Feature::nightShift) &&
+        saved.nightShiftEnabled) {
+        restoreNightShift();
+    }
+    state_.setIsActive(false);
+}
+
+void TriggerStateMachine::restoreNightShift() {
+    const BlueLightStatus status = systemClient_.nightShiftStatus();
+    if (status.mode == kSunsetToSunrise) {
+        // Re-arming the schedule lets the platform decide whether Night Shift shows right now.
+        log("Resetting Night Shift to 'sunset to sunrise'");
+        systemClient_.setNightShiftMode(0);
+        systemClient_.setNightShiftMode(kSunsetToSunrise);
+    } else if (status.mode == kCustomSchedule &&
+               isWithinCustomSchedule(clock_.localTime(), status.from, status.to)) {
+        log("Re-enabling Night Shift, is within custom schedule");
+        systemClient_.enableNightShift();
+    } else {
+        // Night Shift switched on by hand with no schedule is deliberately left off.
+        log("Not re-enabling Night Shift");
+    }
+}
+
+void TriggerStateMachine::log(std::string_view message) const { debugLog(settings_, message); }
+
+}  // namespace marzipel

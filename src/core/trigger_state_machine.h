@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/brightness_service.h"
+#include "platform/clock.h"
+#include "platform/workspace.h"
+
+namespace marzipel {
+
+class MarzipelDataManager;
+class MarzipelState;
+class MarzipelSystemClient;
+class SettingsManager;
+class VideoPlaybackProbe;
+
+/// Whether `now` falls in a Night Shift custom schedule. Written for a schedule that crosses
+/// midnight; for one within a day it answers true at almost every hour, which is kept as is.
+bool isWithinCustomSchedule(LocalTime now, BlueLightStatus::Time from, BlueLightStatus::Time to);
+
+/// Decides when the system becomes active and when it stops, capturing the keyboard brightness
+/// and Night Shift before turning them off and putting them back afterwards. Settings are read
+/// afresh at every decision. Main thread only, one handler at a time.
+class TriggerStateMachine {
+  public:
+    /// Captures through `dataManager`'s client; acts and restores through `systemClient`.
+    TriggerStateMachine(MarzipelState& state, const SettingsManager& settings,
+                        MarzipelDataManager& dataManager, MarzipelSystemClient& systemClient,
+                        const Workspace& workspace, VideoPlaybackProbe& probe, const Clock& clock);
+
+    /// The space now shown belongs to a full-screen app; judges the frontmost app.
+    void wentFullScreen();
+    /// The space now shown is a regular one.
+    void leftFullScreen();
+    /// The application is about to terminate.
+    void appQuitting();
+
+    /// Captures the system state, becomes active, then turns off what the user enabled.
+    void activate(const std::string& bundleId);
+    /// Puts back what was captured, if active, and becomes inactive.
+    void deactivate();
+
+  private:
+    void log(std::string_view message) const;
+    void restoreNightShift();
+
+    MarzipelState& state_;
+    const SettingsManager& settings_;
+    MarzipelDataManager& dataManager_;
+    MarzipelSystemClient& systemClient_;
+    const Workspace& workspace_;
+    VideoPlaybackProbe& probe_;
+    const Clock& clock_;
+};
+
+}  // namespace marzipel

@@ -1,0 +1,23 @@
+#include "detection/app_catalog.h"
+
+#include "detection/bundle_reader.h"
+
+namespace marzipel {
+
+std::optional<AppItem> BundleCatalog::appItem(const std::string& path) const {
+    return appItemFromBundle(path, files_);
+}
+
+std::vector<std::string> BundleCatalog::applicationFolders() const {
+    return {"/Applications", "/System/Applications"};
+}
+
+bool BundleCatalog::isApplicationPath(std::string_view path) const {
+    return path.ends_with(".app");
+}
+
+FolderListing BundleCatalog::listFolder(const std::string& folder) const {
+    return files_.listFolder(folder);
+}
+
+}  // namespace marzipel

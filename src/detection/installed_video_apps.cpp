@@ -1,0 +1,36 @@
+#include "detection/installed_video_apps.h"
+
+#include "detection/known_video_apps.h"
+
+namespace marzipel {
+namespace {
+
+constexpr std::string_view kLogSubsystem = "com.orsavelt";
+constexpr std::string_view kLogCategory = "MarzipelApp";
+
+}  // namespace
+
+std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog) {
+    return findInstalledVideoApps(catalog, systemLog, catalog.applicationFolders());
+}
+
+std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog,
+                                            const std::vector<std::string>& folders) {
+    std::vector<AppItem> found;
+    for (const std::string& folder : folders) {
+        FolderListing listing = catalog.listFolder(folder);
+        if (listing.error) {
+            systemLog.error(kLogSubsystem, kLogCategory,
+                            "Error reading the Applications folder: " + *listing.error);
+            continue;
+        }
+        for (const std::string& path : listing.paths) {
+            if (!catalog.isApplicationPath(path)) continue;
+            std::optional<AppItem> item = catalog.appItem(path);
+            if (item && isKnownVideoApp(item->id)) found.push_back(std::move(*item));
+        }
+    }
+    return found;
+}
+
+}  // namespace marzipel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "detection/app_catalog.h"
+#include "detection/app_item.h"
+#include "platform/system_log.h"
+
+namespace marzipel {
+
+/// The known video players installed directly in the catalogue's application folders, folder by
+/// folder in listing order; an app found in two folders is listed twice. A folder that cannot be
+/// listed is reported to `systemLog` and skipped.
+std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog);
+
+/// The same search over `folders` instead of the catalogue's own.
+std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog,
+                                            const std::vector<std::string>& folders);
+
+}  // namespace marzipel

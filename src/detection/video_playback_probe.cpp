@@ -1,0 +1,63 @@
+#include "detection/video_playback_probe.h"
+
+#include <string>
+
+#include "diagnostics/debug_log.h"
+
+namespace marzipel {
+namespace {
+
+constexpr std::string_view kLogSubsystem = "com.orsavelt";
+constexpr std::string_view kLogCategory = "MarzipelApp";
+
+/// Whether every process maps to a list of string-keyed records. One stray entry makes the whole
+/// table unreadable, as a cast of the whole dictionary would.
+bool isAssertionTable(const std::map<std::int32_t, PlistValue>& table) {
+    for (const auto& [processId, assertions] : table) {
+        const PlistArray* records = assertions.as<PlistArray>();
+        if (!records) return false;
+        for (const PlistValue& record : *records) {
+            if (!record.is<PlistDictionary>()) return false;
+        }
+    }
+    return true;
+}
+
+bool preventsDisplaySleep(const PlistDictionary& record) {
+    auto type = record.find("AssertionTrueType");
+    if (type == record.end()) return false;
+    const std::string* name = type->second.as<std::string>();
+    return name && *name == "PreventUserIdleDisplaySleep";
+}
+
+}  // namespace
+
+VideoPlaybackProbe::VideoPlaybackProbe(PowerAssertions& assertions, const Workspace& workspace,
+                                       SystemLog& systemLog, const SettingsManager& settings)
+    : assertions_(assertions), workspace_(workspace), systemLog_(systemLog), settings_(settings) {}
+
+std::vector<RunningApplication> VideoPlaybackProbe::applicationsPlayingVideo() {
+    PowerAssertionsReply reply = assertions_.assertionsByProcess();
+    if (reply.result != 0) {
+        systemLog_.error(kLogSubsystem, kLogCategory,
+                         "Error retrieving power management assertions");
+        return {};
+    }
+    if (!reply.table || !isAssertionTable(*reply.table)) return {};
+
+    std::vector<RunningApplication> playing;
+    for (const auto& [processId, assertions] : *reply.table) {
+        for (const PlistValue& record : *assertions.as<PlistArray>()) {
+            if (!preventsDisplaySleep(*record.as<PlistDictionary>())) continue;
+            if (std::optional<RunningApplication> app = workspace_.runningApplication(processId)) {
+                playing.push_back(std::move(*app));
+            } else {
+                debugLog(settings_,
+                         "Failed to create application from PID " + std::to_string(processId));
+            }
+        }
+    }
+    return playing;
+}
+
+}  // namespace marzipel

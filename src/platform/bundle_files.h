@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "settings/plist_value.h"
+
+namespace marzipel {
+
+/// The entries directly inside one folder, or why the folder could not be read.
+struct FolderListing {
+    /// Absolute paths, in the order the file system gave them; hidden entries included.
+    std::vector<std::string> paths;
+    /// Set when the folder could not be listed; `paths` is then empty.
+    std::optional<std::string> error;
+};
+
+/// The file-system facts needed to read application bundles and find them in folders.
+/// Any thread; nothing is cached between calls.
+class BundleFiles {
+  public:
+    /// Property-list files larger than this are not read.
+    static constexpr std::size_t maxPropertyListBytes = std::size_t{8} << 20;
+
+    virtual ~BundleFiles() = default;
+    /// Whether `path` names an existing directory (symbolic links followed), i.e. opens as a
+    /// bundle.
+    virtual bool isDirectory(const std::string& path) const = 0;
+    /// The property list (XML or binary) in the file at `path`; nothing when the file is missing,
+    /// unreadable, larger than `maxPropertyListBytes` or not a property list.
+    virtual std::optional<PlistValue> readPropertyList(const std::string& path) const = 0;
+    /// The direct entries of `folder`, without descending into subfolders; an error text when
+    /// the folder cannot be read.
+    virtual FolderListing listFolder(const std::string& folder) const = 0;
+};
+
+}  // namespace marzipel

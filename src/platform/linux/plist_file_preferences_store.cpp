@@ -1,0 +1,97 @@
+#include "platform/linux/plist_file_preferences_store.h"
+
+#include <time.h>
+
+#include <array>
+#include <filesystem>
+
+#include "platform/linux/atomic_file.h"
+#include "platform/linux/xdg_base_directories.h"
+#include "platform/plist/plist_codec.h"
+
+namespace marzipel {
+
+struct PlistFilePreferencesStore::Loaded {
+    PlistDictionary values;
+    bool mayWrite = true;
+};
+
+namespace {
+
+constexpr std::string_view logSubsystem = "com.orsavelt";
+constexpr std::string_view logCategory = "MarzipelApp";
+constexpr std::string_view preferencesFileName = "com.orsavelt.Marzipel.plist";
+
+/// Now in UTC, e.g. 20261122T034500Z.
+std::string utcStamp() {
+    time_t seconds = time(nullptr);
+    tm utc{};
+    gmtime_r(&seconds, &utc);
+    std::array<char, 32> text{};
+    std::size_t length = strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &utc);
+    return std::string(text.data(), length);
+}
+
+}  // namespace
+
+PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog& log)
+    : PlistFilePreferencesStore(path, log, load(path, log)) {}
+
+PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::string& path,
+                                                                  SystemLog& log) {
+    Loaded loaded;
+    std::error_code error;
+    if (std::filesystem::status(path, error).type() == std::filesystem::file_type::not_found) {
+        return loaded;
+    }
+    if (auto file = readPropertyListFile(path)) {
+        if (auto* dictionary = file->as<PlistDictionary>()) {
+            loaded.values = *dictionary;
+            return loaded;
+        }
+    }
+    // Saving over the file would destroy the evidence of what went wrong.
+    const std::string destination = path + ".corrupt-" + utcStamp();
+    std::string reason;
+    const std::string aside = moveAsideWithoutReplacing(path, destination, reason);
+    if (!aside.empty()) {
+        log.error(logSubsystem, logCategory,
+                  "Preferences file " + path + " is not a property-list dictionary; moved it to " +
+                      aside + " and started with empty preferences");
+    } else {
+        loaded.mayWrite = false;
+        log.error(logSubsystem, logCategory,
+                  "Preferences file " + path +
+                      " is not a property-list dictionary and could not be moved to " +
+                      destination + ": " + reason +
+                      "; started with empty preferences that will not be saved");
+    }
+    return loaded;
+}
+
+PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog& log,
+                                                     Loaded loaded)
+    : InMemoryPreferences(std::move(loaded.values)),
+      path_(std::move(path)),
+      log_(log),
+      mayWrite_(loaded.mayWrite) {}
+
+void PlistFilePreferencesStore::persist(const PlistDictionary& values) {
+    if (!mayWrite_) return;
+    const std::string failure = replaceFileAtomically(path_, toXmlPropertyList(PlistValue(values)));
+    if (!failure.empty()) {
+        log_.error(logSubsystem, logCategory,
+                   "Could not save preferences to " + path_ + ": " + failure);
+    }
+}
+
+std::string defaultPreferencesPath() {
+    const std::string configHome = configHomeDirectory(homeDirectory()).value_or(".config");
+    return configHome + "/marzipel/" + std::string(preferencesFileName);
+}
+
+std::string preferencesPathForHome(const std::string& home) {
+    return home + "/.config/marzipel/" + std::string(preferencesFileName);
+}
+
+}  // namespace marzipel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "platform/system_log.h"
+#include "settings/in_memory_preferences.h"
+
+namespace marzipel {
+
+/// The preferences domain kept in one XML property-list file whose top level is a dictionary.
+/// The file is read once at construction and rewritten atomically after every change; registered
+/// defaults stay in memory. Trouble with the file never reaches the caller: it is reported on
+/// `log` and the values live on in memory.
+class PlistFilePreferencesStore final : public InMemoryPreferences {
+  public:
+    /// Loads `path`. A missing file is an empty domain. A file that is not a property-list
+    /// dictionary is kept for inspection as `path`.corrupt-<UTC time> and the domain starts
+    /// empty; should that move fail, the file is left alone and changes are never saved.
+    /// `log` must outlive the store.
+    PlistFilePreferencesStore(std::string path, SystemLog& log);
+
+    const std::string& path() const { return path_; }
+
+  protected:
+    void persist(const PlistDictionary& values) override;
+
+  private:
+    struct Loaded;
+    PlistFilePreferencesStore(std::string path, SystemLog& log, Loaded loaded);
+    static Loaded load(const std::string& path, SystemLog& log);
+
+    std::string path_;
+    SystemLog& log_;
+    bool mayWrite_;
+};
+
+/// $XDG_CONFIG_HOME/marzipel/com.orsavelt.Marzipel.plist, with ~/.config when XDG_CONFIG_HOME is
+/// unset, empty or relative.
+std::string defaultPreferencesPath();
+
+/// The preferences file of a user whose home folder is `home`.
+std::string preferencesPathForHome(const std::string& home);
+
+}  // namespace marzipel

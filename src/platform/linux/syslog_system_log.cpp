@@ -1,0 +1,17 @@
+#include "platform/linux/syslog_system_log.h"
+
+#include <syslog.h>
+
+#include <string>
+
+namespace marzipel {
+
+void SyslogSystemLog::error(std::string_view subsystem, std::string_view category,
+                            std::string_view message) {
+    std::string line;
+    line.reserve(subsystem.size() + category.size() + message.size() + 4);
+    line.append("[").append(subsystem).append(":").append(category).append("] ").append(message);
+    syslog(LOG_ERR, "%.*s", static_cast<int>(line.size()), line.c_str());
+}
+
+}  // namespace marzipel

@@ -1,1 +1,0 @@
-#include "platform/plist/plist_codec.h"

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/marzipel_app.h"
+#include "diagnostics/file_logger.h"
+#include "platform/sim/sim_application.h"
+#include "platform/sim/sim_basics.h"
+#include "platform/sim/sim_brightness_service.h"
+#include "platform/sim/sim_space_monitor.h"
+#include "platform/sim/sim_updater.h"
+#include "platform/sim/sim_workspace.h"
+#include "settings/settings_manager.h"
+#include "support/temp_dir.h"
+
+namespace marzipel {
+
+struct CountingWelcomeWindow final : WelcomeWindowPresenter {
+    void showWelcomeWindow() override { ++shown; }
+    int shown = 0;
+};
+
+/// The whole core on the sim platform, with one list of what happened in order: brightness
+/// calls, "state isActive V" at will-change time and "tray TEXT".
+struct CoreWorld : testing::Test {
+    TempDir home;
+    SimUserDirectories directories;
+    SimClock clock;
+    SimConsole console;
+    SimSystemLog systemLog;
+    SimBrightnessWorld brightness;
+    SimBrightnessServiceFactory factory{brightness};
+    SimWorkspace workspace;
+    SimPowerAssertions assertions;
+    SimSpaceMonitor spaces;
+    NotificationCenter center;
+    SimApplication application{center};
+    SimUpdater updater;
+    CountingWelcomeWindow welcome;
+    SettingsManager settings{std::make_shared<SimPreferencesStore>(), console};
+    std::vector<std::string> events;
+    std::unique_ptr<MarzipelApp> marzipel;
+    Subscription stateTrace, trayTrace;
+
+    CoreWorld() {
+        directories.documents = home.path().string();
+        brightness.onCall = [this](const std::string& call) { events.push_back(call); };
+    }
+    ~CoreWorld() override { FileLogger::setShared(nullptr); }
+
+    /// Builds the application object on first use, so a test can shape the world before.
+    MarzipelApp& app() {
+        if (!marzipel) {
+            marzipel = std::make_unique<MarzipelApp>(MarzipelPlatform{
+                factory, workspace, assertions, spaces, application, updater, systemLog, clock,
+                console, directories, settings, center, welcome});
+            stateTrace = marzipel->state().onWillChange([this](MarzipelState::Field, bool value) {
+                events.push_back(std::string("state isActive ") + (value ? "true" : "false"));
+            });
+            trayTrace = marzipel->tray().onStatusChanged(
+                [this](const std::string& text) { events.push_back("tray " + text); });
+        }
+        return *marzipel;
+    }
+
+    void startLogging() {
+        settings.debugLoggingEnabled().set(true);
+        FileLogger::setShared(FileLogger::create(directories, clock, console));
+    }
+    /// The debug log's lines without their timestamps.
+    std::vector<std::string> logLines() const {
+        std::vector<std::string> lines;
+        std::istringstream text(readFile(home / "Marzipel_debug.log"));
+        const std::string stamp = clock.timestamp + ": ";
+        for (std::string line; std::getline(text, line);)
+            lines.push_back(line.substr(stamp.size()));
+        return lines;
+    }
+
+    void runApp(std::int32_t pid, std::optional<std::string> id, std::optional<std::string> name) {
+        RunningApplication application;
+        application.processId = pid;
+        application.bundleIdentifier = std::move(id);
+        application.localizedName = std::move(name);
+        workspace.applications.push_back(std::move(application));
+    }
+    void trigger(const std::string& id) { settings.addTriggerApp({id, id, std::nullopt}); }
+    /// Makes `pid` frontmost and moves to a full-screen space.
+    void fullScreen(std::int32_t pid) {
+        app();
+        workspace.frontmostProcessId = pid;
+        spaces.switchSpace(true);
+    }
+    void regularSpace() {
+        app();
+        spaces.switchSpace(false);
+    }
+};
+
+}  // namespace marzipel

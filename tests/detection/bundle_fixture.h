@@ -1,0 +1,98 @@
+#pragma once
+
+#include <plist/plist.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <variant>
+
+#include "settings/plist_value.h"
+
+namespace marzipel::testing {
+
+/// A fresh folder under the system's temporary folder, removed with everything in it.
+class TempFolder {
+  public:
+    TempFolder() {
+        static const unsigned run = std::random_device{}();
+        static std::atomic<int> counter{0};
+        path_ = std::filesystem::temp_directory_path() /
+                ("marzipel-test-" + std::to_string(run) + "-" + std::to_string(counter++));
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+    }
+    ~TempFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    /// `relative` inside the folder, as a string.
+    std::string operator/(const std::string& relative) const { return (path_ / relative).string(); }
+    std::string path() const { return path_.string(); }
+
+  private:
+    std::filesystem::path path_;
+};
+
+enum class PlistFormat { xml, binary };
+
+inline plist_t toLibplist(const PlistValue& value) {
+    return std::visit(
+        [](const auto& v) -> plist_t {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, std::int64_t>) {
+                return plist_new_uint(static_cast<std::uint64_t>(v));
+            } else if constexpr (std::is_same_v<T, std::string>) {
+                return plist_new_string(v.c_str());
+            } else if constexpr (std::is_same_v<T, PlistArray>) {
+                plist_t array = plist_new_array();
+                for (const PlistValue& element : v)
+                    plist_array_append_item(array, toLibplist(element));
+                return array;
+            } else if constexpr (std::is_same_v<T, PlistDictionary>) {
+                plist_t dict = plist_new_dict();
+                for (const auto& [key, element] : v) {
+                    plist_dict_set_item(dict, key.c_str(), toLibplist(element));
+                }
+                return dict;
+            } else {
+                return plist_new_bool(false);  // other kinds are not needed here
+            }
+        },
+        value.storage());
+}
+
+inline void writeFile(const std::string& path, const std::string& bytes) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// Writes `value` as a property-list file, encoded by libplist itself.
+inline void writePlist(const std::string& path, const PlistValue& value, PlistFormat format) {
+    plist_t root = toLibplist(value);
+    char* bytes = nullptr;
+    std::uint32_t length = 0;
+    if (format == PlistFormat::xml) {
+        plist_to_xml(root, &bytes, &length);
+        writeFile(path, std::string(bytes, length));
+        plist_to_xml_free(bytes);
+    } else {
+        plist_to_bin(root, &bytes, &length);
+        writeFile(path, std::string(bytes, length));
+        plist_to_bin_free(bytes);
+    }
+    plist_free(root);
+}
+
+/// Makes `bundlePath` an application bundle whose Info.plist holds `info`.
+inline void writeBundle(const std::string& bundlePath, const PlistDictionary& info,
+                        PlistFormat format = PlistFormat::xml) {
+    writePlist(bundlePath + "/Contents/Info.plist", PlistValue(info), format);
+}
+
+}  // namespace marzipel::testing

@@ -1,0 +1,109 @@
+#include "detection/video_playback_probe.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "detection/bundle_fixture.h"
+#include "diagnostics/file_logger.h"
+#include "platform/sim/sim_basics.h"
+#include "platform/sim/sim_workspace.h"
+#include "settings/settings_manager.h"
+
+namespace marzipel {
+namespace {
+
+PlistValue assertion(PlistValue type) {
+    return PlistDictionary{{"AssertionTrueType", std::move(type)}, {"AssertionLevel", 255}};
+}
+
+const char* const kDisplay = "PreventUserIdleDisplaySleep";
+
+class VideoPlaybackProbeTest : public ::testing::Test {
+  protected:
+    VideoPlaybackProbeTest() {
+        workspace.applications = {{10, "org.videolan.vlc", "VLC", std::nullopt},
+                                  {20, "com.colliderli.iina", "IINA", std::nullopt}};
+        documents.documents = folder.path();
+    }
+    ~VideoPlaybackProbeTest() override { FileLogger::setShared(nullptr); }
+
+    std::vector<std::int32_t> probe() {
+        std::vector<std::int32_t> pids;
+        for (const RunningApplication& app : probe_.applicationsPlayingVideo()) {
+            pids.push_back(app.processId);
+        }
+        return pids;
+    }
+    void setTable(std::map<std::int32_t, PlistValue> table) { assertions.reply = {0, table}; }
+    void installDebugLog(bool enabled) {
+        settings.debugLoggingEnabled().set(enabled);
+        FileLogger::setShared(FileLogger::create(documents, clock, console));
+    }
+    std::string debugLogText() {
+        std::ifstream file(folder / "Marzipel_debug.log");
+        std::stringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    testing::TempFolder folder;
+    SimUserDirectories documents;
+    SimClock clock;
+    SimConsole console;
+    SimPowerAssertions assertions;
+    SimWorkspace workspace;
+    SimSystemLog systemLog;
+    SettingsManager settings{std::make_shared<SimPreferencesStore>(), console};
+    VideoPlaybackProbe probe_{assertions, workspace, systemLog, settings};
+};
+
+TEST_F(VideoPlaybackProbeTest, OnlyExactDisplaySleepAssertionsCountOncePerAssertion) {
+    setTable({
+        {10, PlistArray{assertion("PreventUserIdleSystemSleep"),
+                        assertion("preventuseridledisplaysleep"), assertion(1),
+                        PlistDictionary{{"AssertName", kDisplay}}, assertion(kDisplay)}},
+        {20, PlistArray{assertion(kDisplay), assertion(kDisplay)}},
+    });
+    EXPECT_EQ(probe(), (std::vector<std::int32_t>{10, 20, 20}));
+
+    setTable({{10, PlistArray{assertion("NoIdleSleepAssertion")}}, {20, PlistArray{}}});
+    EXPECT_TRUE(probe().empty());
+    EXPECT_TRUE(systemLog.entries.empty());
+}
+
+TEST_F(VideoPlaybackProbeTest, FailedQueryIsLoggedAndAnyOtherShapeIsSilent) {
+    assertions.reply = {-1,
+                        std::map<std::int32_t, PlistValue>{{10, PlistArray{assertion(kDisplay)}}}};
+    EXPECT_TRUE(probe().empty());
+    EXPECT_EQ(systemLog.entries, (std::vector<std::string>{
+                                     "com.orsavelt/MarzipelApp: Error retrieving power management "
+                                     "assertions"}));
+
+    systemLog.entries.clear();
+    assertions.reply = {0, std::nullopt};
+    EXPECT_TRUE(probe().empty());
+    // One stray entry spoils the whole table, even the well-formed processes.
+    setTable({{10, PlistArray{assertion(kDisplay)}}, {20, assertion(kDisplay)}});
+    EXPECT_TRUE(probe().empty());
+    setTable({{10, PlistArray{assertion(kDisplay)}}, {20, PlistArray{PlistValue(kDisplay)}}});
+    EXPECT_TRUE(probe().empty());
+    EXPECT_TRUE(systemLog.entries.empty());
+}
+
+TEST_F(VideoPlaybackProbeTest, ProcessWithoutApplicationIsSkippedAndTracedWhenDebugging) {
+    setTable({{10, PlistArray{assertion(kDisplay)}}, {42, PlistArray{assertion(kDisplay)}}});
+
+    installDebugLog(false);
+    EXPECT_EQ(probe(), (std::vector<std::int32_t>{10}));
+    EXPECT_EQ(debugLogText(), "");
+
+    installDebugLog(true);
+    EXPECT_EQ(probe(), (std::vector<std::int32_t>{10}));
+    EXPECT_EQ(debugLogText(), clock.timestamp + ": Failed to create application from PID 42\n");
+    EXPECT_TRUE(systemLog.entries.empty());
+}
+
+}  // namespace
+}  // namespace marzipel

@@ -1,0 +1,172 @@
+#include "platform/linux/plist_file_preferences_store.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "platform/linux/atomic_file.h"
+#include "platform/plist/plist_codec.h"
+#include "platform/plist/temp_folder.h"
+#include "platform/sim/sim_basics.h"
+
+namespace marzipel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PlistFilePreferencesStoreTest : public ::testing::Test {
+  protected:
+    std::vector<std::string> folderEntries() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(fs::path(path).parent_path())) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    std::optional<PlistValue> fileContents() const { return readPropertyListFile(path); }
+
+    TempFolder folder;
+    std::string path = folder.file("config/marzipel/com.orsavelt.Marzipel.plist");
+    SimSystemLog log;
+};
+
+TEST_F(PlistFilePreferencesStoreTest, ChangesSurviveAReloadButDefaultsAreNeverWritten) {
+    {
+        PlistFilePreferencesStore store(path, log);
+        store.registerDefaults({{"welcomeScreenShown", false}, {"enabledApps", PlistArray{}}});
+        store.setObject("debugLoggingEnabled", true);
+        store.setObject("transient", 1);
+        store.setObject("enabledApps", PlistArray{"{\"id\":\"org.videolan.vlc\"}"});
+        store.removeObject("transient");
+    }
+    const PlistDictionary expected{{"debugLoggingEnabled", true},
+                                   {"enabledApps", PlistArray{"{\"id\":\"org.videolan.vlc\"}"}}};
+    EXPECT_EQ(fileContents(), PlistValue(expected));
+    EXPECT_EQ(folderEntries(), std::vector<std::string>{"com.orsavelt.Marzipel.plist"});
+
+    PlistFilePreferencesStore reloaded(path, log);
+    EXPECT_EQ(reloaded.storedValues(), expected);
+    EXPECT_EQ(reloaded.object("welcomeScreenShown"), std::nullopt);
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST_F(PlistFilePreferencesStoreTest, EverySaveLeavesOneCompleteFileBehind) {
+    PlistFilePreferencesStore store(path, log);
+    for (int i = 0; i < 20; ++i) {
+        store.setObject("key" + std::to_string(i), std::string(1000 * i, 'x'));
+        auto contents = fileContents();
+        ASSERT_TRUE(contents && contents->is<PlistDictionary>());
+        EXPECT_EQ(contents->as<PlistDictionary>()->size(), static_cast<std::size_t>(i + 1));
+        EXPECT_EQ(folderEntries().size(), 1u);
+    }
+}
+
+TEST_F(PlistFilePreferencesStoreTest, MissingFileIsAnEmptyDomainWithoutComplaint) {
+    PlistFilePreferencesStore store(path, log);
+    EXPECT_TRUE(store.storedValues().empty());
+    EXPECT_TRUE(log.entries.empty());
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(PlistFilePreferencesStoreTest, UnreadableFileIsMovedAsideAndKeptThroughLaterSaves) {
+    const std::string contents[] = {"garbage\n", toXmlPropertyList(PlistArray{"not", "a dict"})};
+    for (const std::string& bad : contents) {
+        TempFolder other;
+        const std::string badPath = other.file("com.orsavelt.Marzipel.plist");
+        writeFile(badPath, bad);
+        SimSystemLog badLog;
+
+        PlistFilePreferencesStore store(badPath, badLog);
+        EXPECT_TRUE(store.storedValues().empty());
+        store.setObject("welcomeScreenShown", true);
+        store.setObject("debugLoggingEnabled", true);
+
+        std::vector<fs::path> aside;
+        for (const auto& entry : fs::directory_iterator(other.path())) {
+            if (entry.path().string() != badPath) aside.push_back(entry.path());
+        }
+        ASSERT_EQ(aside.size(), 1u);
+        const std::string asideName = aside[0].filename().string();
+        EXPECT_TRUE(std::regex_match(
+            asideName, std::regex(R"(com\.orsavelt\.Marzipel\.plist\.corrupt-\d{8}T\d{6}Z)")))
+            << asideName;
+        EXPECT_EQ(readFile(aside[0].string()), bad);
+        EXPECT_EQ(readPropertyListFile(badPath),
+                  PlistValue(PlistDictionary{{"debugLoggingEnabled", true},
+                                             {"welcomeScreenShown", true}}));
+
+        ASSERT_EQ(badLog.entries.size(), 1u);
+        EXPECT_TRUE(badLog.entries[0].starts_with("com.orsavelt/MarzipelApp: "));
+        EXPECT_NE(badLog.entries[0].find(badPath), std::string::npos);
+        EXPECT_NE(badLog.entries[0].find(aside[0].string()), std::string::npos);
+    }
+}
+
+TEST_F(PlistFilePreferencesStoreTest, MovingAsideNeverReplacesAnEarlierFile) {
+    writeFile(folder.file("a"), "first");
+    writeFile(folder.file("a.corrupt"), "earlier");
+    writeFile(folder.file("a.corrupt-1"), "earlier still");
+    std::string error;
+    EXPECT_EQ(moveAsideWithoutReplacing(folder.file("a"), folder.file("a.corrupt"), error),
+              folder.file("a.corrupt-2"));
+    EXPECT_EQ(readFile(folder.file("a.corrupt")), "earlier");
+    EXPECT_EQ(readFile(folder.file("a.corrupt-2")), "first");
+    EXPECT_EQ(moveAsideWithoutReplacing(folder.file("a"), folder.file("b"), error), "");
+    EXPECT_FALSE(error.empty());
+}
+
+TEST_F(PlistFilePreferencesStoreTest, FailedSaveIsLoggedAndTheValueStaysInMemory) {
+    writeFile(folder.file("config"), "a file where the folder should be");
+    PlistFilePreferencesStore store(path, log);
+    store.setObject("debugLoggingEnabled", true);
+    EXPECT_EQ(store.object("debugLoggingEnabled"), PlistValue(true));
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_TRUE(log.entries[0].starts_with(
+        "com.orsavelt/MarzipelApp: Could not save preferences to " + path))
+        << log.entries[0];
+}
+
+TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLink) {
+    const std::string target = folder.file("dotfiles/Marzipel.plist");
+    fs::create_directories(fs::path(path).parent_path());
+    fs::create_directories(fs::path(target).parent_path());
+    writeFile(target, toXmlPropertyList(PlistDictionary{{"welcomeScreenShown", true}}));
+    fs::create_symlink(target, path);
+
+    PlistFilePreferencesStore store(path, log);
+    EXPECT_EQ(store.object("welcomeScreenShown"), PlistValue(true));
+    store.setObject("debugLoggingEnabled", false);
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(
+        readPropertyListFile(target),
+        PlistValue(PlistDictionary{{"debugLoggingEnabled", false}, {"welcomeScreenShown", true}}));
+    EXPECT_EQ(fs::directory_iterator(fs::path(target).parent_path())->path().filename(),
+              "Marzipel.plist");
+}
+
+TEST(PreferencesPathTest, FollowsXdgConfigHomeUnlessUnsetEmptyOrRelative) {
+    const char* savedHome = std::getenv("HOME");
+    const char* savedConfig = std::getenv("XDG_CONFIG_HOME");
+    const std::string home = savedHome ? savedHome : "";
+    const std::string config = savedConfig ? savedConfig : "";
+
+    setenv("HOME", "/home/ada", 1);
+    setenv("XDG_CONFIG_HOME", "/srv/config", 1);
+    EXPECT_EQ(defaultPreferencesPath(), "/srv/config/marzipel/com.orsavelt.Marzipel.plist");
+    for (const char* ignored : {"", "relative/config"}) {
+        setenv("XDG_CONFIG_HOME", ignored, 1);
+        EXPECT_EQ(defaultPreferencesPath(),
+                  "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
+    }
+    unsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(defaultPreferencesPath(), "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
+    EXPECT_EQ(preferencesPathForHome("/tmp/h"),
+              "/tmp/h/.config/marzipel/com.orsavelt.Marzipel.plist");
+
+    savedHome ? setenv("HOME", home.c_str(), 1) : unsetenv("HOME");
+    savedConfig ? setenv("XDG_CONFIG_HOME", config.c_str(), 1) : unsetenv("XDG_CONFIG_HOME");
+}
+
+}  // namespace
+}  // namespace marzipel

@@ -1,0 +1,177 @@
+#include "platform/plist/plist_codec.h"
+
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+
+#include <cstring>
+#include <limits>
+
+#include "platform/plist/plist_node.h"
+#include "platform/plist/plist_parse_limits.h"
+#include "platform/plist/temp_folder.h"
+
+namespace marzipel {
+namespace {
+
+std::span<const std::uint8_t> bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+std::optional<PlistValue> parse(std::string_view text) { return parsePropertyList(bytesOf(text)); }
+
+std::string binaryOf(plist_t node) {
+    char* raw = nullptr;
+    std::uint32_t length = 0;
+    plist_to_bin(node, &raw, &length);
+    PlistBuffer bytes(raw);
+    return std::string(bytes.get(), length);
+}
+
+/// Every kind, with the awkward values of each.
+PlistValue everyKind() {
+    return PlistDictionary{
+        {"no", false},
+        {"yes", true},
+        {"negative", std::int64_t{-42}},
+        {"min", std::numeric_limits<std::int64_t>::min()},
+        {"max", std::numeric_limits<std::int64_t>::max()},
+        {"tenth", 0.1},
+        {"tiny", -2.5e-300},
+        {"text", "Grüße <&> \"quoted\" 'x' ]]> \t tab"},
+        {"", ""},
+        {"a key & <b>", PlistData{0, 1, 2, 0x7F, 0x80, 0xFF}},
+        {"no bytes", PlistData{}},
+        {"date", PlistDate{817011900}},
+        {"before 2001", PlistDate{-86400}},
+        {"array", PlistArray{1, "two", PlistArray{}, PlistDictionary{}}},
+        {"nested", PlistDictionary{{"deeper", PlistArray{true, PlistDictionary{{"x", 3.5}}}}}},
+    };
+}
+
+TEST(PlistCodecTest, EveryKindRoundTripsThroughXmlAndBinary) {
+    const PlistValue value = everyKind();
+    const std::string xml = toXmlPropertyList(value);
+    EXPECT_TRUE(xml.starts_with("<?xml")) << xml;
+    EXPECT_EQ(parse(xml), value);
+
+    plist_t raw = nullptr;
+    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &raw);
+    PlistNode node(raw);
+    ASSERT_TRUE(node);
+    const std::string binary = binaryOf(node.get());
+    ASSERT_TRUE(binary.starts_with("bplist00"));
+    EXPECT_EQ(parse(binary), value);
+
+    for (const PlistValue& scalar :
+         {PlistValue("top"), PlistValue(std::int64_t{-1}), PlistValue(PlistArray{})}) {
+        EXPECT_EQ(parse(toXmlPropertyList(scalar)), scalar);
+    }
+}
+
+TEST(PlistCodecTest, BinaryWrittenByLibplistKeepsFractionsOfDates) {
+    PlistNode array(plist_new_array());
+    plist_array_append_item(array.get(), plist_new_date(5, 250000));
+    plist_array_append_item(array.get(), plist_new_date(-100, -500000));
+    plist_array_append_item(array.get(), plist_new_uint(static_cast<std::uint64_t>(-7)));
+    const PlistValue expected = PlistArray{PlistDate{5.25}, PlistDate{-100.5}, std::int64_t{-7}};
+    EXPECT_EQ(parse(binaryOf(array.get())), expected);
+}
+
+TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
+    PlistNode archive(plist_new_array());
+    plist_array_append_item(archive.get(), plist_new_uid(7));
+    const std::string withUid = binaryOf(archive.get());
+    const std::string valid = binaryOf(PlistNode(plist_new_string("fine")).get());
+
+    std::string badReference = binaryOf(PlistNode(plist_new_array()).get());
+    badReference[badReference.size() - 9] = 9;  // the root object is past the object table
+
+    const std::string_view inputs[] = {
+        "",
+        "not a plist",
+        "<plist version=\"1.0\"><array><string>x</string></plist>",
+        "<plist version=\"1.0\"><dict><key>a</key><integer>1</integer>",
+        "bplist00",
+        std::string_view(valid).substr(0, valid.size() - 1),
+        badReference,
+        withUid,
+        std::string_view("\0\0\0\0", 4),
+    };
+    for (std::string_view input : inputs) {
+        EXPECT_EQ(parse(input), std::nullopt) << input;
+    }
+}
+
+std::string nestedXml(std::size_t depth, std::string_view between = "") {
+    std::string xml = "<plist version=\"1.0\">";
+    for (std::size_t i = 0; i < depth; ++i) (xml += "<array>") += between;
+    for (std::size_t i = 0; i < depth; ++i) xml += "</array>";
+    return xml + "</plist>";
+}
+
+TEST(PlistCodecTest, RefusesNestingTooDeepForTheParser) {
+    auto within = [](const std::string& xml) { return isWithinParseLimits(bytesOf(xml)); };
+    EXPECT_TRUE(parse(nestedXml(maxPropertyListDepth)));
+    EXPECT_FALSE(parse(nestedXml(maxPropertyListDepth + 1)));
+    EXPECT_FALSE(within(nestedXml(maxPropertyListDepth + 1)));
+    // Closing tags that the parser skips must not hide the nesting.
+    for (std::string_view hidden : {"<!-- > </array> -->", "<![CDATA[ > </dict> ]]>",
+                                    "<?pi > </array> ?>", "<key a='>' b=\"</array>\"/>"}) {
+        EXPECT_FALSE(within(nestedXml(maxPropertyListDepth + 1, hidden))) << hidden;
+    }
+    EXPECT_TRUE(within(nestedXml(maxPropertyListDepth - 1, "<array/><dict ></dict><dict\n/>")));
+
+    PlistNode root(plist_new_array());
+    plist_t innermost = root.get();
+    for (std::size_t i = 1; i <= maxPropertyListDepth; ++i) {
+        plist_t child = plist_new_array();
+        plist_array_append_item(innermost, child);
+        innermost = child;
+    }
+    EXPECT_FALSE(isWithinParseLimits(bytesOf(binaryOf(root.get()))));
+    plist_array_remove_item(plist_get_parent(innermost), 0);
+    EXPECT_TRUE(parse(binaryOf(root.get())));
+}
+
+/// A binary list of `levels` arrays, each holding the next one twice: tiny on disk, but the
+/// reader copies every use, so the expanded tree has 2^levels leaves.
+std::string selfMultiplyingBinary(std::uint8_t levels) {
+    std::string data = "bplist00";
+    std::string offsets;
+    for (std::uint8_t level = 0; level <= levels; ++level) {
+        offsets += static_cast<char>(data.size());
+        if (level < levels) {
+            data += {'\xA2', static_cast<char>(level + 1), static_cast<char>(level + 1)};
+        } else {
+            data += '\xA0';
+        }
+    }
+    const std::size_t table = data.size();
+    data += offsets;
+    std::string trailer(32, '\0');
+    trailer[6] = 1;
+    trailer[7] = 1;
+    trailer[15] = static_cast<char>(levels + 1);
+    trailer[31] = static_cast<char>(table);
+    return data + trailer;
+}
+
+TEST(PlistCodecTest, RefusesSharedObjectsThatExpandBeyondTheLimit) {
+    EXPECT_TRUE(parse(selfMultiplyingBinary(4)));
+    EXPECT_FALSE(parse(selfMultiplyingBinary(40)));
+}
+
+TEST(PlistCodecTest, ReadsFilesWithinTheSizeLimitOnly) {
+    TempFolder folder;
+    const std::string path = folder.file("Info.plist");
+    const std::string xml = toXmlPropertyList(PlistDictionary{{"CFBundleName", "VLC"}});
+    writeFile(path, xml);
+    EXPECT_EQ(readPropertyListFile(path), (PlistValue(PlistDictionary{{"CFBundleName", "VLC"}})));
+    EXPECT_EQ(readPropertyListFile(path, xml.size()), readPropertyListFile(path));
+    EXPECT_EQ(readPropertyListFile(path, xml.size() - 1), std::nullopt);
+    EXPECT_EQ(readPropertyListFile(folder.file("missing.plist")), std::nullopt);
+    EXPECT_EQ(readPropertyListFile(folder.path().string()), std::nullopt);
+}
+
+}  // namespace
+}  // namespace marzipel

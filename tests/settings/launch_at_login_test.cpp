@@ -1,0 +1,84 @@
+#include "settings/launch_at_login.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/sim/sim_basics.h"
+#include "platform/sim/sim_login_item_service.h"
+
+namespace marzipel {
+namespace {
+
+class LaunchAtLoginTest : public ::testing::Test {
+  protected:
+    SimLoginItemService service;
+    SimSystemLog log;
+    LaunchAtLogin launchAtLogin{service, log};
+};
+
+TEST_F(LaunchAtLoginTest, OnlyAnEnabledItemReadsAsOn) {
+    for (LoginItemStatus status : {LoginItemStatus::notRegistered,
+                                   LoginItemStatus::requiresApproval, LoginItemStatus::notFound}) {
+        service.currentStatus = status;
+        EXPECT_FALSE(launchAtLogin.isEnabled());
+    }
+    service.currentStatus = LoginItemStatus::enabled;
+    EXPECT_TRUE(launchAtLogin.isEnabled());
+}
+
+TEST_F(LaunchAtLoginTest, TurningOnWhileOnRegistersAfreshAfterAnnouncing) {
+    service.currentStatus = LoginItemStatus::enabled;
+    std::vector<std::size_t> serviceCallsWhenAnnounced;
+    launchAtLogin.addWillChangeListener(
+        [&] { serviceCallsWhenAnnounced.push_back(service.calls.size()); });
+
+    launchAtLogin.setEnabled(true);
+    EXPECT_EQ(serviceCallsWhenAnnounced, (std::vector<std::size_t>{0}));
+    EXPECT_EQ(service.calls, (std::vector<std::string>{"status", "unregister", "register"}));
+    EXPECT_TRUE(log.entries.empty());
+
+    // A failing preparatory unregister is neither reported nor a reason not to register.
+    service.calls.clear();
+    service.unregisterError = "Operation not permitted";
+    launchAtLogin.setEnabled(true);
+    EXPECT_EQ(service.calls, (std::vector<std::string>{"status", "unregister", "register"}));
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST_F(LaunchAtLoginTest, FailuresAreLoggedAndTheServiceStaysTheTruth) {
+    service.registerError = "The operation couldn't be completed.";
+    launchAtLogin.setEnabled(true);
+    EXPECT_EQ(service.calls, (std::vector<std::string>{"status", "register"}));
+    EXPECT_FALSE(launchAtLogin.isEnabled());
+
+    service.currentStatus = LoginItemStatus::enabled;
+    service.unregisterError = "Operation not permitted";
+    launchAtLogin.setEnabled(false);
+    EXPECT_TRUE(launchAtLogin.isEnabled());
+
+    EXPECT_EQ(log.entries,
+              (std::vector<std::string>{
+                  "com.quintavellor.LaunchAtLogin/main: Failed to enable launch at login: The "
+                  "operation couldn't be completed.",
+                  "com.quintavellor.LaunchAtLogin/main: Failed to disable launch at login: "
+                  "Operation not permitted"}));
+}
+
+TEST_F(LaunchAtLoginTest, ToggleFlipsTheSharedSwitchAndRemovedListenersHearNothing) {
+    LaunchAtLoginToggle toggle("Launch Marzipel at login", launchAtLogin);
+    int announcements = 0;
+    LaunchAtLogin::ListenerId id =
+        toggle.observable().addWillChangeListener([&] { ++announcements; });
+
+    toggle.setOn(true);
+    EXPECT_TRUE(toggle.isOn());
+    EXPECT_EQ(announcements, 1);
+
+    launchAtLogin.removeWillChangeListener(id);
+    toggle.setOn(false);
+    EXPECT_FALSE(toggle.isOn());
+    EXPECT_EQ(announcements, 1);
+    EXPECT_EQ(service.currentStatus, LoginItemStatus::notRegistered);
+}
+
+}  // namespace
+}  // namespace marzipel
