@@ -136,7 +136,7 @@ bool xmlIsWithinLimits(std::string_view text) {
         std::size_t end = name;
         for (; end < text.size(); ++end) {
             char c = text[end];
-            if (false) {
+            if (quote) {
                 if (c == quote) quote = 0;
             } else if (c == '"' || c == '\'') {
                 quote = c;

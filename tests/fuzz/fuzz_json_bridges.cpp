@@ -1,0 +1,59 @@
+// Feeds arbitrary bytes as stored settings to the JSON bridges of every stored record type and
+// of the sets and dictionaries built from them. Whatever is read must write back and read again
+// as the same value.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <string>
+
+#include "core/marzipel_data.h"
+#include "detection/app_item.h"
+#include "settings/defaults_bridge.h"
+#include "settings/feature.h"
+
+namespace {
+
+using namespace marzipel;
+
+class DiscardingConsole final : public Console {
+  public:
+    void printLine(std::string_view) override {}
+};
+
+template <typename T>
+void readWriteRead(const PlistValue& stored) {
+    std::optional<T> value = DefaultsBridge<T>::deserialize(stored);
+    if (!value) return;
+    DiscardingConsole console;
+    std::optional<PlistValue> written = DefaultsBridge<T>::serialize(*value, console);
+    if (!written) std::abort();
+    std::optional<T> again = DefaultsBridge<T>::deserialize(*written);
+    if (!again || !(*again == *value)) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    const PlistValue whole(text);
+    readWriteRead<Feature>(whole);
+    readWriteRead<AppItem>(whole);
+    readWriteRead<MarzipelData>(whole);
+
+    // One stored string per line, as a set is stored.
+    PlistArray lines;
+    for (std::size_t start = 0; start <= text.size();) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        lines.emplace_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    const PlistValue array(lines);
+    readWriteRead<std::set<Feature>>(array);
+    readWriteRead<std::set<AppItem>>(array);
+    readWriteRead<std::map<std::string, std::set<Feature>>>(
+        PlistValue(PlistDictionary{{"org.videolan.vlc", array}, {"io.mpv", whole}}));
+    return 0;
+}
