@@ -11,30 +11,6 @@ namespace {
 using Lines = std::vector<std::string>;
 using AppDelegateTest = CoreWorld;
 
-TEST_F(AppDelegateTest, OnlyTheTraysQuitTerminatesAndItRestoresFirst) {
-    trigger("vlc");
-    runApp(1, "vlc", "VLC");
-    startLogging();
-    std::optional<bool> terminated;
-    application.onTerminate = [&] { terminated = app().requestTermination(); };
-    fullScreen(1);
-
-    application.terminate();  // e.g. at log-out
-    EXPECT_EQ(terminated, false);
-    EXPECT_TRUE(app().state().isActive());
-    EXPECT_EQ(logLines().back(), "App termination not requested by user, not terminating.");
-
-    events.clear();
-    app().tray().quit();
-    EXPECT_EQ(terminated, true);
-    EXPECT_EQ(events, (Lines{"app setBrightness 1.0 1", "state isActive false",
-                             "tray Waiting for triggers..."}));
-    const Lines log = logLines();
-    EXPECT_EQ(Lines(log.end() - 2, log.end()),
-              (Lines{"App quitting, deactivating", "Setting keyboard brightness to 1.0"}));
-    EXPECT_EQ(application.calls, (Lines{"terminate", "terminate"}));
-}
-
 TEST_F(AppDelegateTest, FirstLaunchShowsTheWelcomeAndInstallsTheLoggerBeforeDetecting) {
     settings.debugLoggingEnabled().set(true);
     app();
