@@ -7,14 +7,8 @@
 #include <filesystem>
 #include <random>
 
-#include "core/marzipel_app.h"
 #include "platform/linux/plist_file_preferences_store.h"
-#include "platform/sim/sim_application.h"
-#include "platform/sim/sim_basics.h"
-#include "platform/sim/sim_brightness_service.h"
-#include "platform/sim/sim_space_monitor.h"
-#include "platform/sim/sim_updater.h"
-#include "platform/sim/sim_workspace.h"
+#include "platform/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {
@@ -26,18 +20,7 @@ struct NoWelcome final : WelcomeWindowPresenter {
 
 struct BenchWorld {
     std::filesystem::path home;
-    SimUserDirectories directories;
-    SimClock clock;
-    SimConsole console;
-    SimSystemLog systemLog;
-    SimBrightnessWorld brightness;
-    SimBrightnessServiceFactory factory{brightness};
-    SimWorkspace workspace;
-    SimPowerAssertions assertions;
-    SimSpaceMonitor spaces;
-    NotificationCenter center;
-    SimApplication application{center};
-    SimUpdater updater;
+    SimPlatform sim;
     NoWelcome welcome;
     std::unique_ptr<SettingsManager> settings;
     std::unique_ptr<MarzipelApp> app;
@@ -47,21 +30,19 @@ struct BenchWorld {
         home = std::filesystem::temp_directory_path() /
                ("marzipel-bench-" + std::to_string(random()));
         std::filesystem::create_directories(home);
-        directories.documents = home.string();
+        sim.userDirectories.documents = home.string();
         auto store = std::make_shared<PlistFilePreferencesStore>(
-            preferencesPathForHome(home.string()), systemLog);
-        settings = std::make_unique<SettingsManager>(store, console);
+            preferencesPathForHome(home.string()), sim.systemLog);
+        settings = std::make_unique<SettingsManager>(store, sim.console);
         settings->addTriggerApp(AppItem{"org.videolan.vlc", "VLC", std::nullopt});
         settings->setAppFeature("org.videolan.vlc", Feature::onlyWhenPlayingVideo, false);
-        workspace.applications.push_back(RunningApplication{501, "org.videolan.vlc", "VLC"});
-        workspace.frontmostProcessId = 501;
-        assertions.reply.table->emplace(501, PlistArray{PlistDictionary{
+        sim.workspace.applications.push_back(RunningApplication{501, "org.videolan.vlc", "VLC"});
+        sim.workspace.frontmostProcessId = 501;
+        sim.powerAssertions.reply.table->emplace(501, PlistArray{PlistDictionary{
                                                  {"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
-        brightness.status = {true, 1, {}, {}};
-        app = std::make_unique<MarzipelApp>(
-            MarzipelPlatform{factory, workspace, assertions, spaces, application, updater,
-                             systemLog, clock, console, directories, *settings, center, welcome});
-        application.finishLaunching();
+        sim.brightness.status = {true, 1, {}, {}};
+        app = std::make_unique<MarzipelApp>(sim.platform(*settings, welcome));
+        sim.application.finishLaunching();
     }
     ~BenchWorld() {
         app.reset();
@@ -73,13 +54,13 @@ struct BenchWorld {
 void BM_WentFullScreenEvent(benchmark::State& state) {
     BenchWorld world;
     for (auto _ : state) {
-        world.spaces.switchSpace(true);
+        world.sim.spaceMonitor.switchSpace(true);
         state.PauseTiming();
-        world.spaces.switchSpace(false);
-        world.brightness.status.enabled = true;
+        world.sim.spaceMonitor.switchSpace(false);
+        world.sim.brightness.status.enabled = true;
         state.ResumeTiming();
     }
-    const auto& calls = world.brightness.calls;
+    const auto& calls = world.sim.brightness.calls;
     if (std::count(calls.begin(), calls.end(), "app setEnabled false") != state.iterations()) {
         state.SkipWithError("an event did not activate");
     }

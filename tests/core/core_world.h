@@ -7,14 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/marzipel_app.h"
 #include "diagnostics/file_logger.h"
-#include "platform/sim/sim_application.h"
-#include "platform/sim/sim_basics.h"
-#include "platform/sim/sim_brightness_service.h"
-#include "platform/sim/sim_space_monitor.h"
-#include "platform/sim/sim_updater.h"
-#include "platform/sim/sim_workspace.h"
+#include "platform/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 #include "support/temp_dir.h"
 
@@ -29,18 +23,18 @@ struct CountingWelcomeWindow final : WelcomeWindowPresenter {
 /// calls, "state isActive V" at will-change time and "tray TEXT".
 struct CoreWorld : testing::Test {
     TempDir home;
-    SimUserDirectories directories;
-    SimClock clock;
-    SimConsole console;
-    SimSystemLog systemLog;
-    SimBrightnessWorld brightness;
-    SimBrightnessServiceFactory factory{brightness};
-    SimWorkspace workspace;
-    SimPowerAssertions assertions;
-    SimSpaceMonitor spaces;
-    NotificationCenter center;
-    SimApplication application{center};
-    SimUpdater updater;
+    SimPlatform sim;
+    SimUserDirectories& directories = sim.userDirectories;
+    SimClock& clock = sim.clock;
+    SimConsole& console = sim.console;
+    SimSystemLog& systemLog = sim.systemLog;
+    SimBrightnessWorld& brightness = sim.brightness;
+    SimWorkspace& workspace = sim.workspace;
+    SimPowerAssertions& assertions = sim.powerAssertions;
+    SimSpaceMonitor& spaces = sim.spaceMonitor;
+    NotificationCenter& center = sim.notificationCenter;
+    SimApplication& application = sim.application;
+    SimUpdater& updater = sim.updater;
     CountingWelcomeWindow welcome;
     SettingsManager settings{std::make_shared<SimPreferencesStore>(), console};
     std::vector<std::string> events;
@@ -56,9 +50,7 @@ struct CoreWorld : testing::Test {
     /// Builds the application object on first use, so a test can shape the world before.
     MarzipelApp& app() {
         if (!marzipel) {
-            marzipel = std::make_unique<MarzipelApp>(MarzipelPlatform{
-                factory, workspace, assertions, spaces, application, updater, systemLog, clock,
-                console, directories, settings, center, welcome});
+            marzipel = std::make_unique<MarzipelApp>(sim.platform(settings, welcome));
             stateTrace = marzipel->state().onWillChange([this](MarzipelState::Field, bool value) {
                 events.push_back(std::string("state isActive ") + (value ? "true" : "false"));
             });

@@ -17,12 +17,7 @@
 #include "platform/linux/local_clock.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/local/local_bundle_files.h"
-#include "platform/sim/sim_application.h"
-#include "platform/sim/sim_basics.h"
-#include "platform/sim/sim_brightness_service.h"
-#include "platform/sim/sim_space_monitor.h"
-#include "platform/sim/sim_updater.h"
-#include "platform/sim/sim_workspace.h"
+#include "platform/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {
@@ -59,26 +54,26 @@ struct SimDriver::World {
           documents((std::filesystem::path(home) / "Documents").string()),
           logTail((std::filesystem::path(documents) / "Marzipel_debug.log").string()) {
         std::filesystem::create_directories(documents);
-        directories.documents = documents;
-        brightness.onCall = [this](const std::string& call) { emit("call " + call); };
-        systemLog.onEntry = [this](const std::string& message) { emit("syslog " + message); };
-        console.onLine = [this](const std::string& text) { emit("stdout " + text); };
-        application.onCall = [this](const std::string& call) {
+        sim.userDirectories.documents = documents;
+        sim.brightness.onCall = [this](const std::string& call) { emit("call " + call); };
+        sim.systemLog.onEntry = [this](const std::string& message) { emit("syslog " + message); };
+        sim.console.onLine = [this](const std::string& text) { emit("stdout " + text); };
+        sim.application.onCall = [this](const std::string& call) {
             if (call.starts_with("policy ")) emit(call);
         };
-        application.onTerminate = [this] {
+        sim.application.onTerminate = [this] {
             if (!app->requestTermination()) emit("terminate cancel");
         };
         welcomeWindow.onShow = [this] { emit("welcome shown"); };
-        store = std::make_shared<PlistFilePreferencesStore>(preferencesPathForHome(home), systemLog);
-        settings = std::make_unique<SettingsManager>(store, console);
+        store = std::make_shared<PlistFilePreferencesStore>(preferencesPathForHome(home), sim.systemLog);
+        settings = std::make_unique<SettingsManager>(store, sim.console);
         // Subscribed before the application object so that these lines come before its work.
         for (const char* name :
              {kSwitchedToFullScreenAppNotification, kSwitchedToRegularSpaceNotification}) {
-            subscriptions.push_back(center.subscribe(
+            subscriptions.push_back(sim.notificationCenter.subscribe(
                 name, nullptr, [this, name](const Notification&) { emit("post " + std::string(name)); }));
         }
-        subscriptions.push_back(center.subscribe(
+        subscriptions.push_back(sim.notificationCenter.subscribe(
             kApplicationWillTerminateNotification, nullptr, [this](const Notification&) {
                 emit("terminate now");
                 terminated = true;
@@ -97,9 +92,7 @@ struct SimDriver::World {
 
     void buildApplication() {
         if (app) return;
-        app = std::make_unique<MarzipelApp>(MarzipelPlatform{
-            factory, workspace, assertions, spaceMonitor, application, updater, systemLog, clock,
-            console, directories, *settings, center, welcomeWindow});
+        app = std::make_unique<MarzipelApp>(sim.platform(*settings, welcomeWindow, &clock));
         subscriptions.push_back(
             app->state().onWillChange([this](MarzipelState::Field field, bool value) {
                 if (field == MarzipelState::Field::isActive) {
@@ -113,18 +106,8 @@ struct SimDriver::World {
     std::ostream& out;
     std::string documents;
     LogTail logTail;
-    SimBrightnessWorld brightness;
-    SimBrightnessServiceFactory factory{brightness};
-    SimWorkspace workspace;
-    SimPowerAssertions assertions;
-    SimSpaceMonitor spaceMonitor;
-    NotificationCenter center;
-    SimApplication application{center};
-    SimUpdater updater;
-    SimSystemLog systemLog;
-    SimConsole console;
+    SimPlatform sim;
     DriverClock clock;
-    SimUserDirectories directories;
     DriverWelcomeWindow welcomeWindow;
     LocalBundleFiles files;
     BundleCatalog catalog{files};
@@ -153,34 +136,34 @@ bool SimDriver::World::isWorldCommand(const std::string& command) {
 
 void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& line) {
     if (command == "app") {
-        RunningApplication application;
-        application.processId = parseInt(line.next("process id"), "process id");
-        application.bundleIdentifier = dashIsAbsent(line.next("bundle identifier"));
-        application.localizedName = dashIsAbsent(line.next("name"));
+        RunningApplication running;
+        running.processId = parseInt(line.next("process id"), "process id");
+        running.bundleIdentifier = dashIsAbsent(line.next("bundle identifier"));
+        running.localizedName = dashIsAbsent(line.next("name"));
         line.expectEnd();
-        std::erase(workspace.applications, application);
-        workspace.applications.push_back(application);
+        std::erase(sim.workspace.applications, running);
+        sim.workspace.applications.push_back(running);
     } else if (command == "front") {
         std::string which = line.next("process id or none");
         line.expectEnd();
         if (which == "none") {
-            workspace.frontmostProcessId.reset();
+            sim.workspace.frontmostProcessId.reset();
             return;
         }
         int processId = parseInt(which, "process id");
-        if (!workspace.runningApplication(processId)) {
-            throw ScriptError("no application with process id " + which);
+        if (!sim.workspace.runningApplication(processId)) {
+            throw ScriptError("no sim.application with process id " + which);
         }
-        workspace.frontmostProcessId = processId;
+        sim.workspace.frontmostProcessId = processId;
     } else if (command == "keyboard") {
-        brightness.keyboard = parseFloat(line.next("brightness"), "brightness");
+        sim.brightness.keyboard = parseFloat(line.next("brightness"), "brightness");
         line.expectEnd();
     } else if (command == "nightshift") {
         std::string enabled = line.next("enabled flag or missing");
         if (enabled == "missing") {
             line.expectEnd();
-            if (app) throw ScriptError("nightshift missing must come before the application starts");
-            brightness.blueLightMissing = true;
+            if (app) throw ScriptError("nightshift missing must come before the sim.application starts");
+            sim.brightness.blueLightMissing = true;
             return;
         }
         if (enabled != "0" && enabled != "1") throw ScriptError("enabled flag must be 0 or 1");
@@ -192,7 +175,7 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         line.expectEnd();
         status.from = {fromHour, fromMinute};
         status.to = {toHour, toMinute};
-        brightness.status = status;
+        sim.brightness.status = status;
     } else if (command == "clock") {
         auto [hour, minute] = parseTimeOfDay(line.next("time"));
         line.expectEnd();
@@ -201,8 +184,8 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         std::string what = line.next("process id, clear or fail");
         if (what == "clear" || what == "fail") {
             line.expectEnd();
-            if (what == "clear") assertions.reply = PowerAssertionsReply{0, std::map<std::int32_t, PlistValue>{}};
-            if (what == "fail") assertions.reply.result = -536870212;  // a general I/O error
+            if (what == "clear") sim.powerAssertions.reply = PowerAssertionsReply{0, std::map<std::int32_t, PlistValue>{}};
+            if (what == "fail") sim.powerAssertions.reply.result = -536870212;  // a general I/O error
             return;
         }
         int processId = parseInt(what, "process id");
@@ -210,8 +193,8 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         line.expectEnd();
         PlistDictionary record{{"AssertName", "sim"}};
         if (type != "-") record.insert_or_assign("AssertionTrueType", type);
-        if (!assertions.reply.table) assertions.reply.table.emplace();
-        PlistValue& list = (*assertions.reply.table)[processId];
+        if (!sim.powerAssertions.reply.table) sim.powerAssertions.reply.table.emplace();
+        PlistValue& list = (*sim.powerAssertions.reply.table)[processId];
         if (!list.is<PlistArray>()) list = PlistArray{};
         PlistArray records = *list.as<PlistArray>();
         records.push_back(std::move(record));
@@ -222,18 +205,18 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
 void SimDriver::World::runCommand(const std::string& command, ScriptLine& line) {
     if (command == "launch") {
         line.expectEnd();
-        application.finishLaunching();
+        sim.application.finishLaunching();
     } else if (command == "space") {
         std::string kind = line.next("full or regular");
         line.expectEnd();
         if (kind != "full" && kind != "regular") throw ScriptError("expected full or regular");
-        spaceMonitor.switchSpace(kind == "full");
+        sim.spaceMonitor.switchSpace(kind == "full");
     } else if (command == "quit") {
         line.expectEnd();
         app->tray().quit();
     } else if (command == "terminate") {
         line.expectEnd();
-        application.terminate();
+        sim.application.terminate();
     } else if (command == "defaults") {
         runDefaultsCommand(line);
     } else if (command == "bundle" || command == "discover") {
@@ -277,7 +260,7 @@ void SimDriver::World::runSettingsCommand(const std::string& command, ScriptLine
         bool on = parseOnOff(line.next("on or off"));
         line.expectEnd();
         settings->debugLoggingEnabled().set(on);
-        debugLoggingToggled(on, directories, clock, console);
+        debugLoggingToggled(on, sim.userDirectories, clock, sim.console);
     } else {
         throw ScriptError("unknown command '" + command + "'");
     }
@@ -324,8 +307,8 @@ void SimDriver::World::runCatalogueCommand(const std::string& command, ScriptLin
     }
     std::vector<std::string> folders;
     while (!line.atEnd()) folders.push_back(line.next("folder"));
-    auto items = folders.empty() ? findInstalledVideoApps(catalog, systemLog)
-                                 : findInstalledVideoApps(catalog, systemLog, folders);
+    auto items = folders.empty() ? findInstalledVideoApps(catalog, sim.systemLog)
+                                 : findInstalledVideoApps(catalog, sim.systemLog, folders);
     for (const auto& item : items) printItem(item);
     emit("discovered " + std::to_string(items.size()));
 }
