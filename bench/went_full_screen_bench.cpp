@@ -27,8 +27,8 @@ struct BenchWorld {
 
     BenchWorld() {
         std::random_device random;
-        home = std::filesystem::temp_directory_path() /
-               ("marzipel-bench-" + std::to_string(random()));
+        home =
+            std::filesystem::temp_directory_path() / ("marzipel-bench-" + std::to_string(random()));
         std::filesystem::create_directories(home);
         sim.userDirectories.documents = home.string();
         auto store = std::make_shared<PlistFilePreferencesStore>(
@@ -38,8 +38,8 @@ struct BenchWorld {
         settings->setAppFeature("org.videolan.vlc", Feature::onlyWhenPlayingVideo, false);
         sim.workspace.applications.push_back(RunningApplication{501, "org.videolan.vlc", "VLC"});
         sim.workspace.frontmostProcessId = 501;
-        sim.powerAssertions.reply.table->emplace(501, PlistArray{PlistDictionary{
-                                                 {"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
+        sim.powerAssertions.reply.table->emplace(
+            501, PlistArray{PlistDictionary{{"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
         sim.brightness.status = {true, 1, {}, {}};
         app = std::make_unique<MarzipelApp>(sim.platform(*settings, welcome));
         sim.application.finishLaunching();

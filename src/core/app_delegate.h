@@ -15,7 +15,7 @@ enum class TerminateReply { cancel = 0, now = 1 };
 
 /// Shows the first-run welcome window; the window switches the activation policy when it closes.
 class WelcomeWindowPresenter {
-  public:
+public:
     virtual ~WelcomeWindowPresenter() = default;
     virtual void showWelcomeWindow() = 0;
 };
@@ -23,7 +23,7 @@ class WelcomeWindowPresenter {
 /// Answers the platform's questions about the application as a whole: what to do once launched
 /// and whether to terminate. Starts the software updater when it is made.
 class AppDelegate {
-  public:
+public:
     /// Whether an update found by a scheduled check is announced gently: the program has no Dock
     /// icon to draw attention with.
     static constexpr bool supportsGentleScheduledUpdateReminders = true;
@@ -52,7 +52,7 @@ class AppDelegate {
     /// Terminate now only when the user chose Quit in the tray.
     TerminateReply applicationShouldTerminate();
 
-  private:
+private:
     Application& application_;
     Updater& updater_;
     WelcomeWindowPresenter& welcomeWindow_;

@@ -45,7 +45,7 @@ struct MarzipelPlatform {
 /// detector and the state machine, and feeds the detector's and the platform's notifications to
 /// the state machine. Lives for the whole run. Main thread only.
 class MarzipelApp {
-  public:
+public:
     /// Stops the process when a keyboard brightness client cannot be created.
     explicit MarzipelApp(const MarzipelPlatform& platform);
     MarzipelApp(const MarzipelApp&) = delete;
@@ -71,7 +71,7 @@ class MarzipelApp {
     /// system). True when the program is now to end.
     bool requestTermination();
 
-  private:
+private:
     Application& application_;
     NotificationCenter& center_;
     AppDelegate appDelegate_;

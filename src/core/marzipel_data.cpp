@@ -1,6 +1,7 @@
 #include "core/marzipel_data.h"
 
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -10,7 +11,7 @@
 namespace marzipel {
 
 void to_json(nlohmann::json& json, const MarzipelData& data) {
-    json = nlohmann::json{{"nightShiftEnabled", data.nightShiftEnabled}};
+    nlohmann::json result{{"nightShiftEnabled", data.nightShiftEnabled}};
     if (data.keyboardBacklightValue) {
         float value = *data.keyboardBacklightValue;
         if (!std::isfinite(value)) {
@@ -18,8 +19,9 @@ void to_json(nlohmann::json& json, const MarzipelData& data) {
         }
         // Going through the float's own shortest text keeps 0.7 from being written as
         // 0.699999988079071.
-        json["keyboardBacklightValue"] = std::stod(floatText(value));
+        result["keyboardBacklightValue"] = std::stod(floatText(value));
     }
+    json = std::move(result);
 }
 
 void from_json(const nlohmann::json& json, MarzipelData& data) {
@@ -27,7 +29,11 @@ void from_json(const nlohmann::json& json, MarzipelData& data) {
     data.keyboardBacklightValue.reset();
     if (auto it = json.find("keyboardBacklightValue"); it != json.end() && !it->is_null()) {
         if (!it->is_number()) throw std::invalid_argument("keyboardBacklightValue is not a number");
-        data.keyboardBacklightValue = it->get<float>();
+        double value = it->get<double>();
+        if (!std::isfinite(value) || std::fabs(value) > std::numeric_limits<float>::max()) {
+            throw std::invalid_argument("keyboardBacklightValue does not fit in a Float");
+        }
+        data.keyboardBacklightValue = static_cast<float>(value);
     }
 }
 

@@ -10,7 +10,7 @@ namespace marzipel {
 /// Whether the system is active, for everyone who shows or follows it. Both fields start false.
 /// Every assignment is announced, also one that does not change the value. Main thread only.
 class MarzipelState {
-  public:
+public:
     enum class Field { isActive, triggerValue };
     /// Told which field is assigned and its new value.
     using Listener = std::function<void(Field field, bool newValue)>;
@@ -36,7 +36,7 @@ class MarzipelState {
         return didChange_.connect(std::move(listener));
     }
 
-  private:
+private:
     void assign(Field field, bool& slot, bool value) {
         willChange_.emit(field, value);
         slot = value;

@@ -24,7 +24,9 @@ void MarzipelSystemClient::setKeyboardBrightness(float value) {
     service_->setBrightness(value, kKeyboardId);
 }
 
-void MarzipelSystemClient::enableNightShift() { setNightShiftEnabled(true, "Enabling Night Shift"); }
+void MarzipelSystemClient::enableNightShift() {
+    setNightShiftEnabled(true, "Enabling Night Shift");
+}
 
 void MarzipelSystemClient::disableNightShift() {
     setNightShiftEnabled(false, "Disabling Night Shift");

@@ -37,8 +37,7 @@ private:
 /// Holds the system client used for capturing, separate from the one that acts and restores.
 class MarzipelDataManager {
 public:
-    MarzipelDataManager(std::unique_ptr<BrightnessService> service,
-                        const SettingsManager& settings)
+    MarzipelDataManager(std::unique_ptr<BrightnessService> service, const SettingsManager& settings)
         : systemClient(std::move(service), settings) {}
 
     MarzipelSystemClient systemClient;

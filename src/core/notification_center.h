@@ -22,7 +22,7 @@ struct Notification {
 /// subscriptions that exist when it starts and are still alive when their turn comes.
 /// Main thread only; the program has one, handed to whoever posts or listens.
 class NotificationCenter {
-  public:
+public:
     using Handler = std::function<void(const Notification&)>;
 
     NotificationCenter() = default;
@@ -36,7 +36,7 @@ class NotificationCenter {
     /// Delivers a notification named `name` from `sender`.
     void post(std::string_view name, const void* sender);
 
-  private:
+private:
     std::map<std::string, Signal<const Notification&>, std::less<>> byName_;
 };
 

@@ -15,7 +15,7 @@ namespace marzipel {
 /// Main thread only.
 template <typename... Args>
 class Signal {
-  public:
+public:
     using Listener = std::function<void(Args...)>;
 
     Signal() = default;
@@ -47,7 +47,7 @@ class Signal {
     /// Whether any listener is connected.
     bool empty() const { return slots_->empty(); }
 
-  private:
+private:
     struct Slot {
         Listener listener;
         bool connected;

@@ -9,7 +9,7 @@ namespace marzipel {
 /// Cancelling is safe from inside a delivery, also of the subscription itself, and after the
 /// source is gone.
 class Subscription {
-  public:
+public:
     Subscription() = default;
     /// Takes the step that ends the subscription; it runs at most once.
     explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
@@ -32,7 +32,7 @@ class Subscription {
     /// Whether this token still holds a subscription.
     explicit operator bool() const { return static_cast<bool>(cancel_); }
 
-  private:
+private:
     std::function<void()> cancel_;
 };
 

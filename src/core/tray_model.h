@@ -14,7 +14,7 @@ namespace marzipel {
 /// What the menu-bar tray shows and does, without the widgets: the status line, following the
 /// state, and the About and Quit commands. Main thread only.
 class TrayModel {
-  public:
+public:
     TrayModel(MarzipelState& state, const Workspace& workspace, Application& application);
     TrayModel(const TrayModel&) = delete;
     TrayModel& operator=(const TrayModel&) = delete;
@@ -35,7 +35,7 @@ class TrayModel {
     /// application to terminate.
     void quit();
 
-  private:
+private:
     void recompute();
 
     MarzipelState& state_;

@@ -23,7 +23,7 @@ bool isWithinCustomSchedule(LocalTime now, BlueLightStatus::Time from, BlueLight
 /// and Night Shift before turning them off and putting them back afterwards. Settings are read
 /// afresh at every decision. Main thread only, one handler at a time.
 class TriggerStateMachine {
-  public:
+public:
     /// Captures through `dataManager`'s client; acts and restores through `systemClient`.
     TriggerStateMachine(MarzipelState& state, const SettingsManager& settings,
                         MarzipelDataManager& dataManager, MarzipelSystemClient& systemClient,
@@ -41,7 +41,7 @@ class TriggerStateMachine {
     /// Puts back what was captured, if active, and becomes inactive.
     void deactivate();
 
-  private:
+private:
     void log(std::string_view message) const;
     void restoreNightShift();
 

@@ -14,7 +14,7 @@ namespace marzipel {
 /// AppItem. Discovery and the running-apps picker work through it, whatever kind of
 /// description (application bundle or otherwise) a platform uses.
 class AppCatalog {
-  public:
+public:
     virtual ~AppCatalog() = default;
     /// The application described at `path`, or nothing when it is not a readable description.
     virtual std::optional<AppItem> appItem(const std::string& path) const = 0;
@@ -29,7 +29,7 @@ class AppCatalog {
 /// Application bundles (".app" folders with a "Contents/Info.plist"), found in "/Applications"
 /// and "/System/Applications".
 class BundleCatalog final : public AppCatalog {
-  public:
+public:
     /// `files` must outlive the catalogue.
     explicit BundleCatalog(const BundleFiles& files) : files_(files) {}
 
@@ -39,7 +39,7 @@ class BundleCatalog final : public AppCatalog {
     bool isApplicationPath(std::string_view path) const override;
     FolderListing listFolder(const std::string& folder) const override;
 
-  private:
+private:
     const BundleFiles& files_;
 };
 

@@ -18,7 +18,7 @@ inline constexpr char kSwitchedToRegularSpaceNotification[] =
 /// any application. Posts one of the two notifications above, with itself as sender, after
 /// every space change (repeats included) and once when launching has finished. Main thread.
 class FullScreenDetector {
-  public:
+public:
     /// Warns on `systemLog` when the program runs as an agent (detection then does not work),
     /// then listens to `monitor` and for the finished-launching notification on `center`.
     FullScreenDetector(SpaceMonitor& monitor, NotificationCenter& center, SystemLog& systemLog);
@@ -32,7 +32,7 @@ class FullScreenDetector {
     /// Recomputes the flag from scratch and posts the matching notification.
     void updateFullScreenStatus();
 
-  private:
+private:
     SpaceMonitor& monitor_;
     NotificationCenter& center_;
     bool fullScreenAppIsActive_ = false;

@@ -10,7 +10,7 @@ namespace marzipel {
 
 /// The trigger logic's view of one running application, usually the frontmost one.
 class RunningApplicationProtocol {
-  public:
+public:
     virtual ~RunningApplicationProtocol() = default;
     /// The wrapped application.
     virtual const RunningApplication& application() const = 0;
@@ -26,7 +26,7 @@ class RunningApplicationProtocol {
 /// Holds one running application for the length of one event. Two adapters are equal when they
 /// wrap the same process.
 class RunningApplicationAdapter final : public RunningApplicationProtocol {
-  public:
+public:
     explicit RunningApplicationAdapter(RunningApplication application)
         : application_(std::move(application)) {}
 
@@ -36,7 +36,7 @@ class RunningApplicationAdapter final : public RunningApplicationProtocol {
         return a.application_ == b.application_;
     }
 
-  private:
+private:
     RunningApplication application_;
 };
 

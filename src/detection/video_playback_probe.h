@@ -13,7 +13,7 @@ class SettingsManager;
 /// Finds the applications that keep the display awake, which is how a playing video player
 /// shows itself.
 class VideoPlaybackProbe {
-  public:
+public:
     VideoPlaybackProbe(PowerAssertions& assertions, const Workspace& workspace,
                        SystemLog& systemLog, const SettingsManager& settings);
 
@@ -21,7 +21,7 @@ class VideoPlaybackProbe {
     /// table's order; the same application may appear more than once.
     std::vector<RunningApplication> applicationsPlayingVideo();
 
-  private:
+private:
     PowerAssertions& assertions_;
     const Workspace& workspace_;
     SystemLog& systemLog_;

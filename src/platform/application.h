@@ -23,7 +23,7 @@ struct OperatingSystemVersion {
 
 /// The program's own application as the platform runs it. Main thread only.
 class Application {
-  public:
+public:
     virtual ~Application() = default;
 
     /// Accessory: no Dock icon and no main menu.

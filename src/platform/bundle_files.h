@@ -20,7 +20,7 @@ struct FolderListing {
 /// The file-system facts needed to read application bundles and find them in folders.
 /// Any thread; nothing is cached between calls.
 class BundleFiles {
-  public:
+public:
     /// Property-list files larger than this are not read.
     static constexpr std::size_t maxPropertyListBytes = std::size_t{8} << 20;
 

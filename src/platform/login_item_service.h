@@ -24,7 +24,7 @@ struct LoginItemResult {
 /// The platform's service that starts the application itself when the user logs in. It is the
 /// only record of the setting: every call asks the platform afresh. Main thread.
 class LoginItemService {
-  public:
+public:
     virtual ~LoginItemService() = default;
     /// The current registration status.
     virtual LoginItemStatus status() const = 0;

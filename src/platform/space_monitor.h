@@ -10,7 +10,7 @@ namespace marzipel {
 /// joins every space but cannot follow onto a full-screen application's space. The window is
 /// created with the monitor and lives as long as it does. Main thread only.
 class SpaceMonitor {
-  public:
+public:
     virtual ~SpaceMonitor() = default;
 
     /// True while the monitor's window is on the space being shown, i.e. that space is not a

@@ -5,7 +5,7 @@ namespace marzipel {
 /// The software updater: scheduled checks in the background and checks on demand, each with
 /// the updater's own windows. Main thread only.
 class Updater {
-  public:
+public:
     virtual ~Updater() = default;
 
     /// Starts the updater once, at launch. With gentle reminders, an update found by a

@@ -28,7 +28,9 @@ struct DefaultsBridge;
 template <typename T>
 struct NativeBridge {
     static constexpr bool isNative = true;
-    static std::optional<PlistValue> serialize(const T& value, Console&) { return PlistValue(value); }
+    static std::optional<PlistValue> serialize(const T& value, Console&) {
+        return PlistValue(value);
+    }
     static std::optional<T> deserialize(const PlistValue& object) {
         if (const T* value = object.as<T>()) return *value;
         return std::nullopt;
@@ -46,7 +48,7 @@ struct DefaultsBridge<std::string> : NativeBridge<std::string> {};
 
 /// Records as one string holding their JSON with sorted keys.
 template <typename T>
-    requires isDefaultsCodable<T>
+requires isDefaultsCodable<T>
 struct DefaultsBridge<T> {
     static constexpr bool isNative = false;
     static std::optional<PlistValue> serialize(const T& value, Console& console) {
@@ -109,7 +111,8 @@ struct DefaultsBridge<std::set<Element>> {
 template <typename Element>
 struct DefaultsBridge<std::vector<Element>> {
     static constexpr bool isNative = false;
-    static std::optional<PlistValue> serialize(const std::vector<Element>& value, Console& console) {
+    static std::optional<PlistValue> serialize(const std::vector<Element>& value,
+                                               Console& console) {
         auto array = serializeElements<Element>(value, console);
         if (!array) return std::nullopt;
         return PlistValue(std::move(*array));

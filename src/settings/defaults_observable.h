@@ -41,8 +41,7 @@ private:
 /// optional action runs with it.
 class DefaultsToggle {
 public:
-    DefaultsToggle(std::string label, Key<bool> key,
-                   std::function<void(bool)> onChange = nullptr)
+    DefaultsToggle(std::string label, Key<bool> key, std::function<void(bool)> onChange = nullptr)
         : label_(std::move(label)), observable_(std::move(key)), onChange_(std::move(onChange)) {}
 
     const std::string& label() const { return label_; }

@@ -47,8 +47,8 @@ void KeyObservation::start() {
     const bool initial = contains(state_->options, ObservationOption::initial);
     const bool prior = !initial && contains(state_->options, ObservationOption::prior);
     std::weak_ptr<State> weakState = state_;
-    state_->observerId = store->addObserver(
-        state_->key, [weakState, prior](const PreferencesChange& change) {
+    state_->observerId =
+        store->addObserver(state_->key, [weakState, prior](const PreferencesChange& change) {
             auto state = weakState.lock();
             if (!state || !state->observing) return;
             if (change.isPrior && !prior) return;
@@ -86,9 +86,9 @@ CompositeKeyObservation::CompositeKeyObservation(std::vector<SuiteKeyPair> pairs
                                                  std::function<void()> callback) {
     auto shared = std::make_shared<std::function<void()>>(std::move(callback));
     for (auto& [store, key] : pairs) {
-        observations_.push_back(std::make_shared<KeyObservation>(
-            std::move(store), std::move(key), options,
-            [shared](const PreferencesChange&) { (*shared)(); }));
+        observations_.push_back(
+            std::make_shared<KeyObservation>(std::move(store), std::move(key), options,
+                                             [shared](const PreferencesChange&) { (*shared)(); }));
     }
 }
 

@@ -78,8 +78,9 @@ private:
 /// Observes `key`, handing the callback typed changes. Keep the result alive as long as the
 /// observation is wanted.
 template <typename T>
-std::shared_ptr<KeyObservation> observe(const Key<T>& key, ObservationOption options,
-                                        std::type_identity_t<std::function<void(const KeyChange<T>&)>> callback) {
+std::shared_ptr<KeyObservation> observe(
+    const Key<T>& key, ObservationOption options,
+    std::type_identity_t<std::function<void(const KeyChange<T>&)>> callback) {
     auto observation = std::make_shared<KeyObservation>(
         key.sharedSuite(), key.name(), options,
         [key, callback = std::move(callback)](const PreferencesChange& change) {

@@ -14,7 +14,7 @@ namespace marzipel {
 /// asks the login-item service. One instance is made at start-up and shared by every view that
 /// shows the switch, which listens for its will-change announcements. Main thread.
 class LaunchAtLogin {
-  public:
+public:
     using ListenerId = std::uint64_t;
 
     /// Both must outlive this object.
@@ -32,7 +32,7 @@ class LaunchAtLogin {
     ListenerId addWillChangeListener(std::function<void()> listener);
     void removeWillChangeListener(ListenerId id);
 
-  private:
+private:
     void logFailure(const char* verb, const std::string& errorText);
 
     LoginItemService& service_;
@@ -43,7 +43,7 @@ class LaunchAtLogin {
 
 /// The model of the launch-at-login switch shown in a view: its label and the shared switch.
 class LaunchAtLoginToggle {
-  public:
+public:
     /// `launchAtLogin` is the shared switch and must outlive the toggle.
     LaunchAtLoginToggle(std::string label, LaunchAtLogin& launchAtLogin)
         : label_(std::move(label)), launchAtLogin_(launchAtLogin) {}
@@ -57,7 +57,7 @@ class LaunchAtLoginToggle {
     /// The shared switch, for listening to its announcements.
     LaunchAtLogin& observable() const { return launchAtLogin_; }
 
-  private:
+private:
     std::string label_;
     LaunchAtLogin& launchAtLogin_;
 };

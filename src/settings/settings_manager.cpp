@@ -9,7 +9,8 @@ SettingsManager::SettingsManager(std::shared_ptr<PreferencesStore> store, Consol
 
 template <typename T>
 const Key<T>& SettingsManager::lazy(LazyKey<T>& slot, const char* name, T defaultValue) const {
-    std::call_once(slot.once, [&] { slot.key.emplace(name, std::move(defaultValue), store_, console_); });
+    std::call_once(slot.once,
+                   [&] { slot.key.emplace(name, std::move(defaultValue), store_, console_); });
     return *slot.key;
 }
 

@@ -10,7 +10,7 @@
 #include "diagnostics/file_logger.h"
 #include "platform/sim/sim_platform.h"
 #include "settings/settings_manager.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 
@@ -22,7 +22,7 @@ struct CountingWelcomeWindow final : WelcomeWindowPresenter {
 /// The whole core on the sim platform, with one list of what happened in order: brightness
 /// calls, "state isActive V" at will-change time and "tray TEXT".
 struct CoreWorld : testing::Test {
-    TempDir home;
+    TempFolder home;
     SimPlatform sim;
     SimUserDirectories& directories = sim.userDirectories;
     SimClock& clock = sim.clock;
@@ -67,7 +67,7 @@ struct CoreWorld : testing::Test {
     /// The debug log's lines without their timestamps.
     std::vector<std::string> logLines() const {
         std::vector<std::string> lines;
-        std::istringstream text(readFile(home / "Marzipel_debug.log"));
+        std::istringstream text(readFile(home.file("Marzipel_debug.log")));
         const std::string stamp = clock.timestamp + ": ";
         for (std::string line; std::getline(text, line);)
             lines.push_back(line.substr(stamp.size()));

@@ -6,7 +6,7 @@
 #include "platform/sim/sim_basics.h"
 #include "platform/sim/sim_brightness_service.h"
 #include "settings/settings_manager.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
@@ -22,7 +22,7 @@ TEST(FloatTextTest, ShortestRoundTripWithAFractionalPart) {
 }
 
 struct MarzipelSystemClientTest : testing::Test {
-    TempDir home;
+    TempFolder home;
     SimUserDirectories directories;
     SimClock clock;
     SimConsole console;
@@ -35,7 +35,7 @@ struct MarzipelSystemClientTest : testing::Test {
         FileLogger::setShared(FileLogger::create(directories, clock, console));
     }
     ~MarzipelSystemClientTest() override { FileLogger::setShared(nullptr); }
-    std::string logText() const { return readFile(home / "Marzipel_debug.log"); }
+    std::string logText() const { return readFile(home.file("Marzipel_debug.log")); }
 };
 
 TEST_F(MarzipelSystemClientTest, CallsThePlatformAndLogsOnlyWhenDebugLoggingIsOn) {

@@ -10,34 +10,9 @@
 #include <variant>
 
 #include "settings/plist_value.h"
+#include "support/temp_folder.h"
 
 namespace marzipel::testing {
-
-/// A fresh folder under the system's temporary folder, removed with everything in it.
-class TempFolder {
-  public:
-    TempFolder() {
-        static const unsigned run = std::random_device{}();
-        static std::atomic<int> counter{0};
-        path_ = std::filesystem::temp_directory_path() /
-                ("marzipel-test-" + std::to_string(run) + "-" + std::to_string(counter++));
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    /// `relative` inside the folder, as a string.
-    std::string operator/(const std::string& relative) const { return (path_ / relative).string(); }
-    std::string path() const { return path_.string(); }
-
-  private:
-    std::filesystem::path path_;
-};
 
 enum class PlistFormat { xml, binary };
 

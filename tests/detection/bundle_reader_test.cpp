@@ -9,12 +9,11 @@ namespace marzipel {
 namespace {
 
 using testing::PlistFormat;
-using testing::TempFolder;
 using testing::writeBundle;
 using testing::writeFile;
 
 class BundleReaderTest : public ::testing::TestWithParam<PlistFormat> {
-  protected:
+protected:
     /// Writes a bundle named `name` with `info` in the format under test and reads it back.
     std::optional<AppItem> read(const std::string& name, const PlistDictionary& info) {
         std::string bundle = folder / name;

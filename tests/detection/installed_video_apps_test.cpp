@@ -10,7 +10,6 @@
 namespace marzipel {
 namespace {
 
-using testing::TempFolder;
 using testing::writeBundle;
 
 PlistDictionary info(const char* identifier, const char* name) {

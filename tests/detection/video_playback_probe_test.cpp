@@ -21,7 +21,7 @@ PlistValue assertion(PlistValue type) {
 const char* const kDisplay = "PreventUserIdleDisplaySleep";
 
 class VideoPlaybackProbeTest : public ::testing::Test {
-  protected:
+protected:
     VideoPlaybackProbeTest() {
         workspace.applications = {{10, "org.videolan.vlc", "VLC", std::nullopt},
                                   {20, "com.colliderli.iina", "IINA", std::nullopt}};
@@ -48,7 +48,7 @@ class VideoPlaybackProbeTest : public ::testing::Test {
         return text.str();
     }
 
-    testing::TempFolder folder;
+    TempFolder folder;
     SimUserDirectories documents;
     SimClock clock;
     SimConsole console;

@@ -4,29 +4,29 @@
 #include "diagnostics/file_logger.h"
 #include "platform/sim/sim_basics.h"
 #include "settings/settings_manager.h"
-#include "support/temp_dir.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
 struct FileLoggerTest : testing::Test {
-    TempDir home;
+    TempFolder home;
     SimUserDirectories directories;
     SimClock clock;
     SimConsole console;
 
     FileLoggerTest() { directories.documents = home.path().string(); }
     ~FileLoggerTest() override { FileLogger::setShared(nullptr); }
-    std::string logText() const { return readFile(home / "Marzipel_debug.log"); }
+    std::string logText() const { return readFile(home.file("Marzipel_debug.log")); }
 };
 
 TEST_F(FileLoggerTest, AppendsTimestampedLinesToWhatIsThere) {
-    writeFile(home / "Marzipel_debug.log", "earlier run\n");
+    writeFile(home.file("Marzipel_debug.log"), "earlier run\n");
     auto logger = FileLogger::create(directories, clock, console);
     ASSERT_TRUE(logger);
     logger->log("first");
     // Another writer appending meanwhile must not be overwritten.
-    std::ofstream(home / "Marzipel_debug.log", std::ios::app) << "someone else\n";
+    std::ofstream(home.file("Marzipel_debug.log"), std::ios::app) << "someone else\n";
     clock.timestamp = "2/3/26, 4:05:06 AM GMT";
     logger->log("two\nlines");
     EXPECT_EQ(logText(),

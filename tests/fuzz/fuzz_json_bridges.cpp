@@ -18,7 +18,7 @@ namespace {
 using namespace marzipel;
 
 class DiscardingConsole final : public Console {
-  public:
+public:
     void printLine(std::string_view) override {}
 };
 

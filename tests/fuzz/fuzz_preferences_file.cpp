@@ -17,16 +17,28 @@ namespace {
 using marzipel::PlistValue;
 
 class DiscardingLog final : public marzipel::SystemLog {
-  public:
+public:
     void error(std::string_view, std::string_view, std::string_view) override {}
 };
 
+std::filesystem::path& workFolderPath() {
+    static std::filesystem::path folder;
+    return folder;
+}
+
+void removeWorkFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(workFolderPath(), ignored);
+}
+
 const std::filesystem::path& workFolder() {
-    static const std::filesystem::path folder = [] {
-        std::string pattern = (std::filesystem::temp_directory_path() / "marzipel-fuzz-XXXXXX");
+    std::filesystem::path& folder = workFolderPath();
+    if (folder.empty()) {
+        std::string pattern = std::filesystem::temp_directory_path() / "marzipel-fuzz-XXXXXX";
         if (!mkdtemp(pattern.data())) std::abort();
-        return std::filesystem::path(pattern);
-    }();
+        folder = pattern;
+        std::atexit(removeWorkFolder);
+    }
     return folder;
 }
 

@@ -72,7 +72,9 @@ TEST_F(DefaultsStoreTest, UndecodableValuesReadAsDefaultAndStayStored) {
     store->setObject("marzipelData", "{not json");
     store->setObject("enabledFeatures", 42);
     store->setObject("debugLoggingEnabled", "yes");
-    store->setObject("marzipelData2", 1);
+    Key<MarzipelData> outOfRange("outOfRange", {}, store, console);
+    store->setObject("outOfRange", R"({"keyboardBacklightValue":1e300,"nightShiftEnabled":true})");
+    EXPECT_EQ(outOfRange.get(), MarzipelData{});
     const auto writesBefore = store->writes.size();
 
     EXPECT_EQ(settings.marzipelData().get(), MarzipelData{});
@@ -85,9 +87,8 @@ TEST_F(DefaultsStoreTest, UndecodableValuesReadAsDefaultAndStayStored) {
 
 TEST_F(DefaultsStoreTest, OneBadSetElementCostsOnlyThatElement) {
     SettingsManager settings(store, console);
-    store->setObject("enabledFeatures",
-                     PlistArray{R"({"nightShift":{}})", R"({"nightShift":)", 7,
-                                R"({"onlyWhenPlayingVideo":{"ignored":1}})"});
+    store->setObject("enabledFeatures", PlistArray{R"({"nightShift":{}})", R"({"nightShift":)", 7,
+                                                   R"({"onlyWhenPlayingVideo":{"ignored":1}})"});
     EXPECT_EQ(settings.enabledFeatures().get(),
               (std::set<Feature>{Feature::nightShift, Feature::onlyWhenPlayingVideo}));
 
@@ -184,7 +185,8 @@ TEST_F(DefaultsObservationTest, CompositeLifetimeAndGoneStore) {
     Key<bool> a("a", false, store, console);
     Key<bool> b("b", false, store, console);
     int composite = 0;
-    auto both = observe(ObservationOption::none, [&] { ++composite; }, a, b);
+    auto both = observe(
+        ObservationOption::none, [&] { ++composite; }, a, b);
     a.set(true);
     b.set(true);
     EXPECT_EQ(composite, 2);
@@ -195,8 +197,9 @@ TEST_F(DefaultsObservationTest, CompositeLifetimeAndGoneStore) {
     // Tied to an owner: delivered while the owner lives, ended once it is gone.
     int tied = 0;
     auto owner = std::make_shared<int>(0);
-    observe(a, ObservationOption::none, [&](const KeyChange<bool>&) { ++tied; })
-        ->tieToLifetime(owner);
+    observe(a, ObservationOption::none, [&](const KeyChange<bool>&) {
+        ++tied;
+    })->tieToLifetime(owner);
     a.set(true);
     owner.reset();
     a.set(false);
@@ -218,8 +221,10 @@ TEST_F(DefaultsObservationTest, CompositeLifetimeAndGoneStore) {
 TEST_F(DefaultsObservationTest, ToggleStoresThenRunsItsAction) {
     Key<bool> key("debugLoggingEnabled", false, store, console);
     std::vector<std::string> events;
-    DefaultsToggle toggle("Enable debug logging", key,
-                          [&](bool on) { events.push_back(std::string("action ") + (on ? "on" : "off") + (key.get() ? " stored" : "")); });
+    DefaultsToggle toggle("Enable debug logging", key, [&](bool on) {
+        events.push_back(std::string("action ") + (on ? "on" : "off") +
+                         (key.get() ? " stored" : ""));
+    });
     toggle.observable().onWillChange([&] { events.push_back("will change"); });
     toggle.setOn(true);
     key.set(false);

@@ -9,7 +9,7 @@ namespace marzipel {
 namespace {
 
 class LaunchAtLoginTest : public ::testing::Test {
-  protected:
+protected:
     SimLoginItemService service;
     SimSystemLog log;
     LaunchAtLogin launchAtLogin{service, log};

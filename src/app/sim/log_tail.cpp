@@ -20,7 +20,8 @@ std::vector<std::string> LogTail::newMessages() {
     offset_ += chunk.size();
     partial_ += chunk;
     std::size_t start = 0;
-    for (std::size_t end; (end = partial_.find('\n', start)) != std::string::npos; start = end + 1) {
+    for (std::size_t end; (end = partial_.find('\n', start)) != std::string::npos;
+         start = end + 1) {
         std::string line = partial_.substr(start, end - start);
         // A message holding line feeds continues on lines of its own, without a timestamp.
         auto separator = line.find(": ");

@@ -61,9 +61,9 @@ std::pair<int, int> parseTimeOfDay(const std::string& text) {
     auto [hourEnd, hourError] = std::from_chars(text.data(), text.data() + colon, hour);
     auto [minuteEnd, minuteError] =
         std::from_chars(text.data() + colon + 1, text.data() + text.size(), minute);
-    if (hourError != std::errc() || minuteError != std::errc() ||
-        hourEnd != text.data() + colon || minuteEnd != text.data() + text.size() || hour < 0 ||
-        hour > 23 || minute < 0 || minute > 59) {
+    if (hourError != std::errc() || minuteError != std::errc() || hourEnd != text.data() + colon ||
+        minuteEnd != text.data() + text.size() || hour < 0 || hour > 23 || minute < 0 ||
+        minute > 59) {
         throw bad();
     }
     return {hour, minute};

@@ -65,13 +65,15 @@ struct SimDriver::World {
             if (!app->requestTermination()) emit("terminate cancel");
         };
         welcomeWindow.onShow = [this] { emit("welcome shown"); };
-        store = std::make_shared<PlistFilePreferencesStore>(preferencesPathForHome(home), sim.systemLog);
+        store = std::make_shared<PlistFilePreferencesStore>(preferencesPathForHome(home),
+                                                            sim.systemLog);
         settings = std::make_unique<SettingsManager>(store, sim.console);
         // Subscribed before the application object so that these lines come before its work.
         for (const char* name :
              {kSwitchedToFullScreenAppNotification, kSwitchedToRegularSpaceNotification}) {
             subscriptions.push_back(sim.notificationCenter.subscribe(
-                name, nullptr, [this, name](const Notification&) { emit("post " + std::string(name)); }));
+                name, nullptr,
+                [this, name](const Notification&) { emit("post " + std::string(name)); }));
         }
         subscriptions.push_back(sim.notificationCenter.subscribe(
             kApplicationWillTerminateNotification, nullptr, [this](const Notification&) {
@@ -162,7 +164,8 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         std::string enabled = line.next("enabled flag or missing");
         if (enabled == "missing") {
             line.expectEnd();
-            if (app) throw ScriptError("nightshift missing must come before the sim.application starts");
+            if (app)
+                throw ScriptError("nightshift missing must come before the sim.application starts");
             sim.brightness.blueLightMissing = true;
             return;
         }
@@ -184,8 +187,11 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         std::string what = line.next("process id, clear or fail");
         if (what == "clear" || what == "fail") {
             line.expectEnd();
-            if (what == "clear") sim.powerAssertions.reply = PowerAssertionsReply{0, std::map<std::int32_t, PlistValue>{}};
-            if (what == "fail") sim.powerAssertions.reply.result = -536870212;  // a general I/O error
+            if (what == "clear")
+                sim.powerAssertions.reply =
+                    PowerAssertionsReply{0, std::map<std::int32_t, PlistValue>{}};
+            if (what == "fail")
+                sim.powerAssertions.reply.result = -536870212;  // a general I/O error
             return;
         }
         int processId = parseInt(what, "process id");

@@ -11,7 +11,8 @@ namespace marzipel {
 /// the process's global locale: strftime "%x %X %Z", the locale's date, then its time with
 /// seconds, then the zone's abbreviation.
 class LocalClock final : public Clock {
-  public:
+public:
+    /// Takes the time conventions of the locale the environment names, else those of "C".
     LocalClock();
     ~LocalClock() override;
     LocalClock(const LocalClock&) = delete;
@@ -20,7 +21,7 @@ class LocalClock final : public Clock {
     LocalTime localTime() const override;
     std::string timestampText() const override;
 
-  private:
+private:
     locale_t locale_;
 };
 

@@ -12,21 +12,25 @@ namespace marzipel {
 /// defaults stay in memory. Trouble with the file never reaches the caller: it is reported on
 /// `log` and the values live on in memory.
 class PlistFilePreferencesStore final : public InMemoryPreferences {
-  public:
+public:
     /// Loads `path`. A missing file is an empty domain. A file that is not a property-list
     /// dictionary is kept for inspection as `path`.corrupt-<UTC time> and the domain starts
     /// empty; should that move fail, the file is left alone and changes are never saved.
     /// `log` must outlive the store.
     PlistFilePreferencesStore(std::string path, SystemLog& log);
 
+    /// The file this store reads and writes.
     const std::string& path() const { return path_; }
 
-  protected:
+protected:
+    /// Writes `values` over the file atomically; a failure is logged and the values stay in memory.
     void persist(const PlistDictionary& values) override;
 
-  private:
+private:
+    /// The values read at start and whether the file may be written.
     struct Loaded;
     PlistFilePreferencesStore(std::string path, SystemLog& log, Loaded loaded);
+    /// Reads the file, moving it aside when it cannot be used.
     static Loaded load(const std::string& path, SystemLog& log);
 
     std::string path_;

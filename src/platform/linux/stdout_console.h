@@ -6,7 +6,7 @@ namespace marzipel {
 
 /// The process's standard output, flushed after each line.
 class StdoutConsole final : public Console {
-  public:
+public:
     void printLine(std::string_view text) override;
 };
 

@@ -9,7 +9,7 @@ namespace marzipel {
 
 /// XDG_DOCUMENTS_DIR from the user's user-dirs.dirs, else ~/Documents.
 class XdgUserDirectories final : public UserDirectories {
-  public:
+public:
     /// The current user's folders: $HOME and $XDG_CONFIG_HOME as they are now.
     XdgUserDirectories();
     /// The folders of a user whose home is `home`, with its configuration in `home`/.config.
@@ -18,7 +18,7 @@ class XdgUserDirectories final : public UserDirectories {
     /// Reads user-dirs.dirs afresh on each call.
     std::optional<std::string> documentsDirectory() const override;
 
-  private:
+private:
     std::optional<std::string> home_;
     std::optional<std::string> configHome_;
 };

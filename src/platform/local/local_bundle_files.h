@@ -6,7 +6,7 @@ namespace marzipel {
 
 /// Bundles and folders on the real file system; property lists through libplist.
 class LocalBundleFiles final : public BundleFiles {
-  public:
+public:
     bool isDirectory(const std::string& path) const override;
     std::optional<PlistValue> readPropertyList(const std::string& path) const override;
     /// A relative `folder` is taken from the current directory. The error text names the folder

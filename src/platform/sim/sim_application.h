@@ -13,7 +13,7 @@ namespace marzipel {
 /// The program's application as a test runs it: records the calls made to it ("policy
 /// accessory", "activate", "about", "terminate") and leaves terminating to `onTerminate`.
 class SimApplication final : public Application {
-  public:
+public:
     explicit SimApplication(NotificationCenter& center) : center_(center) {}
 
     void setActivationPolicy(ActivationPolicy policy) override;
@@ -36,7 +36,7 @@ class SimApplication final : public Application {
     /// What a termination request does beyond being recorded.
     std::function<void()> onTerminate;
 
-  private:
+private:
     void record(std::string call);
 
     NotificationCenter& center_;

@@ -18,7 +18,8 @@ float SimBrightnessService::brightnessForKeyboard(int keyboardId) {
 }
 
 void SimBrightnessService::setBrightness(float value, int keyboardId) {
-    world_.record(client_ + " setBrightness " + floatText(value) + " " + std::to_string(keyboardId));
+    world_.record(client_ + " setBrightness " + floatText(value) + " " +
+                  std::to_string(keyboardId));
     world_.keyboard = value;
 }
 

@@ -12,7 +12,7 @@ namespace marzipel {
 /// Directories, property-list files and folder listings held in memory, as a test sets them.
 /// Paths are compared as plain strings.
 class SimBundleFiles final : public BundleFiles {
-  public:
+public:
     bool isDirectory(const std::string& path) const override;
     std::optional<PlistValue> readPropertyList(const std::string& path) const override;
     /// The entries set for `folder` in their given order; an error when it has none or when

@@ -11,7 +11,7 @@ namespace marzipel {
 /// A login item held in memory. Records each call ("status", "register", "unregister"); a
 /// successful register makes the status `enabled`, a successful unregister `notRegistered`.
 class SimLoginItemService final : public LoginItemService {
-  public:
+public:
     LoginItemStatus status() const override;
     /// Fails with `registerError` when set, leaving the status as it was.
     LoginItemResult registerItem() override;

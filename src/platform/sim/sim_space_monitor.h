@@ -12,7 +12,7 @@ namespace marzipel {
 /// Spaces as a test moves between them. Starts on a regular space, in a bundle named
 /// "Marzipel" that is not an agent.
 class SimSpaceMonitor final : public SpaceMonitor {
-  public:
+public:
     bool isOnActiveSpace() const override { return onActiveSpace; }
     void setActiveSpaceChangedHandler(std::function<void()> handler) override {
         handler_ = std::move(handler);
@@ -30,7 +30,7 @@ class SimSpaceMonitor final : public SpaceMonitor {
     bool agent = false;
     std::optional<std::string> bundleName = "Marzipel";
 
-  private:
+private:
     std::function<void()> handler_;
 };
 

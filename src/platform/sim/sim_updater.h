@@ -6,7 +6,7 @@ namespace marzipel {
 
 /// An updater that only remembers what it was told.
 class SimUpdater final : public Updater {
-  public:
+public:
     void start(bool gentleReminders) override {
         ++starts;
         this->gentleReminders = gentleReminders;

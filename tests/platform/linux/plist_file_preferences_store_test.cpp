@@ -6,8 +6,8 @@
 
 #include "platform/linux/atomic_file.h"
 #include "platform/plist/plist_codec.h"
-#include "platform/plist/temp_folder.h"
 #include "platform/sim/sim_basics.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 class PlistFilePreferencesStoreTest : public ::testing::Test {
-  protected:
+protected:
     std::vector<std::string> folderEntries() const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(fs::path(path).parent_path())) {
@@ -49,17 +49,6 @@ TEST_F(PlistFilePreferencesStoreTest, ChangesSurviveAReloadButDefaultsAreNeverWr
     EXPECT_EQ(reloaded.storedValues(), expected);
     EXPECT_EQ(reloaded.object("welcomeScreenShown"), std::nullopt);
     EXPECT_TRUE(log.entries.empty());
-}
-
-TEST_F(PlistFilePreferencesStoreTest, EverySaveLeavesOneCompleteFileBehind) {
-    PlistFilePreferencesStore store(path, log);
-    for (int i = 0; i < 20; ++i) {
-        store.setObject("key" + std::to_string(i), std::string(1000 * i, 'x'));
-        auto contents = fileContents();
-        ASSERT_TRUE(contents && contents->is<PlistDictionary>());
-        EXPECT_EQ(contents->as<PlistDictionary>()->size(), static_cast<std::size_t>(i + 1));
-        EXPECT_EQ(folderEntries().size(), 1u);
-    }
 }
 
 TEST_F(PlistFilePreferencesStoreTest, MissingFileIsAnEmptyDomainWithoutComplaint) {

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/plist/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
 class XdgUserDirectoriesTest : public ::testing::Test {
-  protected:
+protected:
     std::optional<std::string> documentsWith(std::string_view userDirs) {
         std::filesystem::create_directories(folder.path() / ".config");
         writeFile(folder.file(".config/user-dirs.dirs"), userDirs);

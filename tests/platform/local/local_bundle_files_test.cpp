@@ -10,7 +10,6 @@
 namespace marzipel {
 namespace {
 
-using testing::TempFolder;
 using testing::writeFile;
 
 TEST(LocalBundleFilesTest, ListsDirectEntriesAsAbsolutePathsIncludingHiddenOnes) {

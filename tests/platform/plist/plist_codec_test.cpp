@@ -8,7 +8,7 @@
 
 #include "platform/plist/plist_node.h"
 #include "platform/plist/plist_parse_limits.h"
-#include "platform/plist/temp_folder.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
@@ -86,6 +86,22 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
     std::string badReference = binaryOf(PlistNode(plist_new_array()).get());
     badReference[badReference.size() - 9] = 9;  // the root object is past the object table
 
+    // libplist aborts on a NUL in a dictionary key, in ASCII and in UTF-16 keys alike.
+    PlistNode dictionary(plist_new_dict());
+    plist_dict_set_item(dictionary.get(), "ab", plist_new_bool(1));
+    plist_dict_set_item(dictionary.get(), "\xC3\xA9t\xC3\xA9", plist_new_bool(1));
+    const std::string keys = binaryOf(dictionary.get());
+    ASSERT_TRUE(parse(keys));
+    std::string asciiNul = keys;
+    asciiNul[asciiNul.find("\x52"
+                           "ab") +
+             2] = '\0';
+    std::string utf16Nul = keys;
+    const std::size_t utf16 = utf16Nul.find(std::string("\x63\x00\xE9\x00t", 5));
+    ASSERT_NE(utf16, std::string::npos);
+    utf16Nul[utf16 + 3] = '\0';
+    utf16Nul[utf16 + 4] = '\0';
+
     const std::string_view inputs[] = {
         "",
         "not a plist",
@@ -95,11 +111,31 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
         std::string_view(valid).substr(0, valid.size() - 1),
         badReference,
         withUid,
+        asciiNul,
+        utf16Nul,
         std::string_view("\0\0\0\0", 4),
     };
     for (std::string_view input : inputs) {
         EXPECT_EQ(parse(input), std::nullopt) << input;
     }
+}
+
+TEST(PlistCodecTest, RefusesIntegersOutsideTheSignedRangeRatherThanWrappingThem) {
+    auto integer = [](std::string_view digits) {
+        return "<plist version=\"1.0\"><integer>" + std::string(digits) + "</integer></plist>";
+    };
+    EXPECT_EQ(parse(integer(" 9223372036854775807 ")), PlistValue(INT64_MAX));
+    EXPECT_EQ(parse(integer("0x10")), PlistValue(16));
+    EXPECT_EQ(parse(integer("9223372036854775808")), std::nullopt);
+    EXPECT_EQ(parse(integer("-9223372036854775809")), std::nullopt);
+    EXPECT_EQ(parse(integer("99999999999999999999999")), std::nullopt);
+
+    const std::string huge = integer("18446744073709551615");
+    plist_t raw = nullptr;
+    plist_from_xml(huge.data(), static_cast<std::uint32_t>(huge.size()), &raw);
+    PlistNode node(raw);
+    ASSERT_TRUE(node);
+    EXPECT_EQ(parse(binaryOf(node.get())), std::nullopt);
 }
 
 std::string nestedXml(std::size_t depth, std::string_view between = "") {

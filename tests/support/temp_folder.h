@@ -10,7 +10,7 @@ namespace marzipel {
 
 /// A fresh folder under the system's temporary folder, removed with everything in it.
 class TempFolder {
-  public:
+public:
     TempFolder() {
         std::random_device random;
         const auto base = std::filesystem::temp_directory_path();
@@ -29,8 +29,9 @@ class TempFolder {
 
     const std::filesystem::path& path() const { return path_; }
     std::string file(std::string_view name) const { return (path_ / name).string(); }
+    std::string operator/(std::string_view name) const { return file(name); }
 
-  private:
+private:
     std::filesystem::path path_;
 };
 
