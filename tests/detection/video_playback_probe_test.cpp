@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
-#include "detection/bundle_fixture.h"
-#include "diagnostics/file_logger.h"
 #include "platform/sim/sim_basics.h"
 #include "platform/sim/sim_workspace.h"
 #include "settings/settings_manager.h"
@@ -25,9 +20,7 @@ protected:
     VideoPlaybackProbeTest() {
         workspace.applications = {{10, "org.videolan.vlc", "VLC", std::nullopt},
                                   {20, "com.colliderli.iina", "IINA", std::nullopt}};
-        documents.documents = folder.path();
     }
-    ~VideoPlaybackProbeTest() override { FileLogger::setShared(nullptr); }
 
     std::vector<std::int32_t> probe() {
         std::vector<std::int32_t> pids;
@@ -37,20 +30,7 @@ protected:
         return pids;
     }
     void setTable(std::map<std::int32_t, PlistValue> table) { assertions.reply = {0, table}; }
-    void installDebugLog(bool enabled) {
-        settings.debugLoggingEnabled().set(enabled);
-        FileLogger::setShared(FileLogger::create(documents, clock, console));
-    }
-    std::string debugLogText() {
-        std::ifstream file(folder / "Marzipel_debug.log");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
 
-    TempFolder folder;
-    SimUserDirectories documents;
-    SimClock clock;
     SimConsole console;
     SimPowerAssertions assertions;
     SimWorkspace workspace;
@@ -89,19 +69,6 @@ TEST_F(VideoPlaybackProbeTest, FailedQueryIsLoggedAndAnyOtherShapeIsSilent) {
     EXPECT_TRUE(probe().empty());
     setTable({{10, PlistArray{assertion(kDisplay)}}, {20, PlistArray{PlistValue(kDisplay)}}});
     EXPECT_TRUE(probe().empty());
-    EXPECT_TRUE(systemLog.entries.empty());
-}
-
-TEST_F(VideoPlaybackProbeTest, ProcessWithoutApplicationIsSkippedAndTracedWhenDebugging) {
-    setTable({{10, PlistArray{assertion(kDisplay)}}, {42, PlistArray{assertion(kDisplay)}}});
-
-    installDebugLog(false);
-    EXPECT_EQ(probe(), (std::vector<std::int32_t>{10}));
-    EXPECT_EQ(debugLogText(), "");
-
-    installDebugLog(true);
-    EXPECT_EQ(probe(), (std::vector<std::int32_t>{10}));
-    EXPECT_EQ(debugLogText(), clock.timestamp + ": Failed to create application from PID 42\n");
     EXPECT_TRUE(systemLog.entries.empty());
 }
 
