@@ -2,20 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <regex>
 #include <string>
+
+#include "support/scoped_env.h"
 
 namespace marzipel {
 namespace {
 
 TEST(LocalClockTest, WritesTheLocaleDateThenTimeWithSecondsThenZone) {
-    const char* savedZone = std::getenv("TZ");
-    const char* savedLocale = std::getenv("LC_ALL");
-    const std::string zone = savedZone ? savedZone : "";
-    const std::string locale = savedLocale ? savedLocale : "";
-    setenv("TZ", "UTC", 1);
-    setenv("LC_ALL", "C", 1);
+    ScopedEnv zone("TZ", "UTC");
+    ScopedEnv locale("LC_ALL", "C");
 
     LocalClock clock;
     const std::string text = clock.timestampText();
@@ -23,9 +20,6 @@ TEST(LocalClockTest, WritesTheLocaleDateThenTimeWithSecondsThenZone) {
     const int hour = std::stoi(text.substr(9, 2));
     const LocalTime now = clock.localTime();
     EXPECT_TRUE(now.hour == hour || now.hour == (hour + 1) % 24);
-
-    savedZone ? setenv("TZ", zone.c_str(), 1) : unsetenv("TZ");
-    savedLocale ? setenv("LC_ALL", locale.c_str(), 1) : unsetenv("LC_ALL");
 }
 
 }  // namespace

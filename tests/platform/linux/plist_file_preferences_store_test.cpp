@@ -7,6 +7,7 @@
 #include "platform/linux/atomic_file.h"
 #include "platform/plist/plist_codec.h"
 #include "platform/sim/sim_basics.h"
+#include "support/scoped_env.h"
 #include "support/temp_folder.h"
 
 namespace marzipel {
@@ -135,26 +136,18 @@ TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLin
 }
 
 TEST(PreferencesPathTest, FollowsXdgConfigHomeUnlessUnsetEmptyOrRelative) {
-    const char* savedHome = std::getenv("HOME");
-    const char* savedConfig = std::getenv("XDG_CONFIG_HOME");
-    const std::string home = savedHome ? savedHome : "";
-    const std::string config = savedConfig ? savedConfig : "";
-
-    setenv("HOME", "/home/ada", 1);
-    setenv("XDG_CONFIG_HOME", "/srv/config", 1);
+    ScopedEnv home("HOME", "/home/ada");
+    ScopedEnv config("XDG_CONFIG_HOME", "/srv/config");
     EXPECT_EQ(defaultPreferencesPath(), "/srv/config/marzipel/com.orsavelt.Marzipel.plist");
     for (const char* ignored : {"", "relative/config"}) {
-        setenv("XDG_CONFIG_HOME", ignored, 1);
+        config.set(ignored);
         EXPECT_EQ(defaultPreferencesPath(),
                   "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
     }
-    unsetenv("XDG_CONFIG_HOME");
+    config.set(std::nullopt);
     EXPECT_EQ(defaultPreferencesPath(), "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
     EXPECT_EQ(preferencesPathForHome("/tmp/h"),
               "/tmp/h/.config/marzipel/com.orsavelt.Marzipel.plist");
-
-    savedHome ? setenv("HOME", home.c_str(), 1) : unsetenv("HOME");
-    savedConfig ? setenv("XDG_CONFIG_HOME", config.c_str(), 1) : unsetenv("XDG_CONFIG_HOME");
 }
 
 }  // namespace
