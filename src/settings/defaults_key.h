@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/preferences_store.h"
-#include "settings/defaults_bridge.h"
+#include "settings/defaults_collection_bridges.h"
 
 namespace marzipel {
 

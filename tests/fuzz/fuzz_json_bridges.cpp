@@ -10,7 +10,7 @@
 
 #include "core/marzipel_data.h"
 #include "detection/app_item.h"
-#include "settings/defaults_bridge.h"
+#include "settings/defaults_collection_bridges.h"
 #include "settings/feature.h"
 
 namespace {
