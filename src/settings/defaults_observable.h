@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/signal.h"
 #include "settings/defaults_observation.h"
 
 namespace marzipel {
@@ -15,9 +16,8 @@ template <typename T>
 class DefaultsObservable {
 public:
     explicit DefaultsObservable(Key<T> key) : key_(std::move(key)) {
-        observation_ = observe<T>(key_, ObservationOption::none, [this](const KeyChange<T>&) {
-            for (const auto& listener : willChange_) listener();
-        });
+        observation_ = observe<T>(key_, ObservationOption::none,
+                                  [this](const KeyChange<T>&) { willChange_.emit(); });
     }
     DefaultsObservable(const DefaultsObservable&) = delete;
     DefaultsObservable& operator=(const DefaultsObservable&) = delete;
@@ -27,13 +27,13 @@ public:
     void setValue(const T& value) { key_.set(value); }
 
     /// Called before the view should re-read the value.
-    void onWillChange(std::function<void()> listener) {
-        willChange_.push_back(std::move(listener));
+    [[nodiscard]] Subscription onWillChange(std::function<void()> listener) {
+        return willChange_.connect(std::move(listener));
     }
 
 private:
     Key<T> key_;
-    std::vector<std::function<void()>> willChange_;
+    Signal<> willChange_;
     std::shared_ptr<KeyObservation> observation_;
 };
 

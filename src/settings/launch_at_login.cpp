@@ -1,7 +1,5 @@
 #include "settings/launch_at_login.h"
 
-#include <vector>
-
 namespace marzipel {
 namespace {
 
@@ -16,10 +14,7 @@ LaunchAtLogin::LaunchAtLogin(LoginItemService& service, SystemLog& systemLog)
 bool LaunchAtLogin::isEnabled() const { return service_.status() == LoginItemStatus::enabled; }
 
 void LaunchAtLogin::setEnabled(bool enabled) {
-    // A listener may add or remove listeners while being told.
-    std::vector<std::function<void()>> listeners;
-    for (const auto& [id, listener] : willChange_) listeners.push_back(listener);
-    for (const auto& listener : listeners) listener();
+    willChange_.emit();
 
     if (enabled) {
         // Unregistering first makes switching on while on refresh the registration; if that
@@ -32,14 +27,6 @@ void LaunchAtLogin::setEnabled(bool enabled) {
         if (!result.succeeded) logFailure("disable", result.errorText);
     }
 }
-
-LaunchAtLogin::ListenerId LaunchAtLogin::addWillChangeListener(std::function<void()> listener) {
-    ListenerId id = nextListenerId_++;
-    willChange_.emplace(id, std::move(listener));
-    return id;
-}
-
-void LaunchAtLogin::removeWillChangeListener(ListenerId id) { willChange_.erase(id); }
 
 void LaunchAtLogin::logFailure(const char* verb, const std::string& errorText) {
     systemLog_.error(kLogSubsystem, kLogCategory,

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <map>
 #include <string>
 
+#include "core/signal.h"
 #include "platform/login_item_service.h"
 #include "platform/system_log.h"
 
@@ -15,8 +14,6 @@ namespace marzipel {
 /// shows the switch, which listens for its will-change announcements. Main thread.
 class LaunchAtLogin {
 public:
-    using ListenerId = std::uint64_t;
-
     /// Both must outlive this object.
     LaunchAtLogin(LoginItemService& service, SystemLog& systemLog);
     LaunchAtLogin(const LaunchAtLogin&) = delete;
@@ -29,16 +26,16 @@ public:
     void setEnabled(bool enabled);
 
     /// Calls `listener` at the start of every write, so that views re-read the switch.
-    ListenerId addWillChangeListener(std::function<void()> listener);
-    void removeWillChangeListener(ListenerId id);
+    [[nodiscard]] Subscription onWillChange(std::function<void()> listener) {
+        return willChange_.connect(std::move(listener));
+    }
 
 private:
     void logFailure(const char* verb, const std::string& errorText);
 
     LoginItemService& service_;
     SystemLog& systemLog_;
-    std::map<ListenerId, std::function<void()>> willChange_;
-    ListenerId nextListenerId_ = 1;
+    Signal<> willChange_;
 };
 
 /// The model of the launch-at-login switch shown in a view: its label and the shared switch.

@@ -4,6 +4,8 @@
 #include <set>
 #include <vector>
 
+#include "core/signal.h"
+
 #include "detection/app_item.h"
 #include "settings/feature.h"
 
@@ -18,16 +20,16 @@ public:
     explicit Published(T value = {}) : value_(std::move(value)) {}
     const T& value() const { return value_; }
     void setValue(T value) {
-        for (const auto& listener : willChange_) listener();
+        willChange_.emit();
         value_ = std::move(value);
     }
-    void onWillChange(std::function<void()> listener) {
-        willChange_.push_back(std::move(listener));
+    [[nodiscard]] Subscription onWillChange(std::function<void()> listener) {
+        return willChange_.connect(std::move(listener));
     }
 
 private:
     T value_;
-    std::vector<std::function<void()>> willChange_;
+    Signal<> willChange_;
 };
 
 /// The apps picked in the welcome window, in the order they were switched on.

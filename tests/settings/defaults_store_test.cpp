@@ -225,7 +225,7 @@ TEST_F(DefaultsObservationTest, ToggleStoresThenRunsItsAction) {
         events.push_back(std::string("action ") + (on ? "on" : "off") +
                          (key.get() ? " stored" : ""));
     });
-    toggle.observable().onWillChange([&] { events.push_back("will change"); });
+    auto announced = toggle.observable().onWillChange([&] { events.push_back("will change"); });
     toggle.setOn(true);
     key.set(false);
     EXPECT_EQ(events, (std::vector<std::string>{"will change", "action on stored", "will change"}));

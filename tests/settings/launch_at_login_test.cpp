@@ -28,7 +28,7 @@ TEST_F(LaunchAtLoginTest, OnlyAnEnabledItemReadsAsOn) {
 TEST_F(LaunchAtLoginTest, TurningOnWhileOnRegistersAfreshAfterAnnouncing) {
     service.currentStatus = LoginItemStatus::enabled;
     std::vector<std::size_t> serviceCallsWhenAnnounced;
-    launchAtLogin.addWillChangeListener(
+    auto announced = launchAtLogin.onWillChange(
         [&] { serviceCallsWhenAnnounced.push_back(service.calls.size()); });
 
     launchAtLogin.setEnabled(true);
@@ -66,14 +66,13 @@ TEST_F(LaunchAtLoginTest, FailuresAreLoggedAndTheServiceStaysTheTruth) {
 TEST_F(LaunchAtLoginTest, ToggleFlipsTheSharedSwitchAndRemovedListenersHearNothing) {
     LaunchAtLoginToggle toggle("Launch Marzipel at login", launchAtLogin);
     int announcements = 0;
-    LaunchAtLogin::ListenerId id =
-        toggle.observable().addWillChangeListener([&] { ++announcements; });
+    Subscription listening = toggle.observable().onWillChange([&] { ++announcements; });
 
     toggle.setOn(true);
     EXPECT_TRUE(toggle.isOn());
     EXPECT_EQ(announcements, 1);
 
-    launchAtLogin.removeWillChangeListener(id);
+    listening.cancel();
     toggle.setOn(false);
     EXPECT_FALSE(toggle.isOn());
     EXPECT_EQ(announcements, 1);

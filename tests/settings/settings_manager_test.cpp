@@ -74,7 +74,7 @@ TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     SelectedApps apps;
     SelectedFeatures features;
     int announcements = 0;
-    apps.onWillChange([&] { ++announcements; });
+    auto announced = apps.onWillChange([&] { ++announcements; });
     AppItem iina{"com.colliderli.iina", "IINA", "/Applications/IINA.app/Contents/Resources/a.icns"};
 
     EXPECT_TRUE(features.isSelected(Feature::keyboardBacklight));
