@@ -5,6 +5,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "core/utf8.h"
+
 namespace marzipel {
 
 namespace {
@@ -45,6 +47,7 @@ FileLogger::~FileLogger() {
 }
 
 void FileLogger::log(std::string_view message) {
+    if (!isValidUtf8(message)) return;
     std::string line = clock_.timestampText();
     line += ": ";
     line += message;

@@ -15,7 +15,8 @@ namespace marzipel {
 template <typename T>
 inline constexpr bool isDefaultsCodable = false;
 
-/// Maps a value type to its stored property-list form and back. `serialize` yields nothing when
+/// Maps a value type to its stored property-list form and back. `isStoredForm` tells whether a
+/// stored object has the kind this type is stored as. `serialize` yields nothing when
 /// the value cannot be encoded (after telling `console` why); `deserialize` yields nothing for a
 /// stored object of the wrong shape.
 template <typename T>
@@ -24,7 +25,7 @@ struct DefaultsBridge;
 /// Kinds the store holds as they are.
 template <typename T>
 struct NativeBridge {
-    static constexpr bool isNative = true;
+    static bool isStoredForm(const PlistValue& object) { return object.is<T>(); }
     static std::optional<PlistValue> serialize(const T& value, Console&) {
         return PlistValue(value);
     }
@@ -47,7 +48,7 @@ struct DefaultsBridge<std::string> : NativeBridge<std::string> {};
 template <typename T>
 requires isDefaultsCodable<T>
 struct DefaultsBridge<T> {
-    static constexpr bool isNative = false;
+    static bool isStoredForm(const PlistValue& object) { return object.is<std::string>(); }
     static std::optional<PlistValue> serialize(const T& value, Console& console) {
         try {
             // nlohmann objects are ordered maps, so keys come out sorted.

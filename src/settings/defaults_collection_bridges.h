@@ -21,35 +21,44 @@ std::optional<PlistArray> serializeElements(const auto& elements, Console& conso
     return array;
 }
 
-/// Sets as arrays; an element that cannot be read is dropped and the rest kept.
+/// The elements of a stored array, each read through its bridge, when every element has the
+/// element type's stored kind; nothing otherwise. Elements of the right kind that still cannot be
+/// read (say, broken JSON text) are dropped, so one bad element never costs the rest.
+template <typename Element>
+std::optional<std::vector<Element>> deserializeElements(const PlistValue& object) {
+    const PlistArray* array = object.as<PlistArray>();
+    if (!array) return std::nullopt;
+    std::vector<Element> result;
+    for (const PlistValue& item : *array) {
+        if (!DefaultsBridge<Element>::isStoredForm(item)) return std::nullopt;
+        if (auto element = DefaultsBridge<Element>::deserialize(item)) {
+            result.push_back(std::move(*element));
+        }
+    }
+    return result;
+}
+
+/// Sets as arrays of their elements' stored forms.
 template <typename Element>
 struct DefaultsBridge<std::set<Element>> {
-    static constexpr bool isNative = false;
+    static bool isStoredForm(const PlistValue& object) { return object.is<PlistArray>(); }
     static std::optional<PlistValue> serialize(const std::set<Element>& value, Console& console) {
         auto array = serializeElements<Element>(value, console);
         if (!array) return std::nullopt;
         return PlistValue(std::move(*array));
     }
     static std::optional<std::set<Element>> deserialize(const PlistValue& object) {
-        const PlistArray* array = object.as<PlistArray>();
-        if (!array) return std::nullopt;
-        std::set<Element> result;
-        for (const PlistValue& item : *array) {
-            if (DefaultsBridge<Element>::isNative && !DefaultsBridge<Element>::deserialize(item)) {
-                return std::nullopt;  // an array of natives must hold that kind throughout
-            }
-            if (auto element = DefaultsBridge<Element>::deserialize(item)) {
-                result.insert(std::move(*element));
-            }
-        }
-        return result;
+        auto elements = deserializeElements<Element>(object);
+        if (!elements) return std::nullopt;
+        return std::set<Element>(std::make_move_iterator(elements->begin()),
+                                 std::make_move_iterator(elements->end()));
     }
 };
 
-/// Arrays element by element; elements that cannot be read are dropped.
+/// Arrays of their elements' stored forms.
 template <typename Element>
 struct DefaultsBridge<std::vector<Element>> {
-    static constexpr bool isNative = false;
+    static bool isStoredForm(const PlistValue& object) { return object.is<PlistArray>(); }
     static std::optional<PlistValue> serialize(const std::vector<Element>& value,
                                                Console& console) {
         auto array = serializeElements<Element>(value, console);
@@ -57,23 +66,15 @@ struct DefaultsBridge<std::vector<Element>> {
         return PlistValue(std::move(*array));
     }
     static std::optional<std::vector<Element>> deserialize(const PlistValue& object) {
-        const PlistArray* array = object.as<PlistArray>();
-        if (!array) return std::nullopt;
-        std::vector<Element> result;
-        for (const PlistValue& item : *array) {
-            if (auto element = DefaultsBridge<Element>::deserialize(item)) {
-                result.push_back(std::move(*element));
-            }
-        }
-        return result;
+        return deserializeElements<Element>(object);
     }
 };
 
-/// String-keyed dictionaries, each value through its own bridge; an entry whose value cannot be
-/// read is dropped so that the others survive.
+/// String-keyed dictionaries, each value through its own bridge. A value of the wrong kind makes
+/// the whole dictionary unreadable, as it would be for an array.
 template <typename Value>
 struct DefaultsBridge<std::map<std::string, Value>> {
-    static constexpr bool isNative = false;
+    static bool isStoredForm(const PlistValue& object) { return object.is<PlistDictionary>(); }
     static std::optional<PlistValue> serialize(const std::map<std::string, Value>& value,
                                                Console& console) {
         PlistDictionary dictionary;
@@ -89,9 +90,9 @@ struct DefaultsBridge<std::map<std::string, Value>> {
         if (!dictionary) return std::nullopt;
         std::map<std::string, Value> result;
         for (const auto& [name, item] : *dictionary) {
-            if (auto value = DefaultsBridge<Value>::deserialize(item)) {
-                result.emplace(name, std::move(*value));
-            }
+            auto value = DefaultsBridge<Value>::deserialize(item);
+            if (!value) return std::nullopt;
+            result.emplace(name, std::move(*value));
         }
         return result;
     }
@@ -100,7 +101,9 @@ struct DefaultsBridge<std::map<std::string, Value>> {
 /// Optionals as the wrapped value's form; an absent value has no stored object.
 template <typename Wrapped>
 struct DefaultsBridge<std::optional<Wrapped>> {
-    static constexpr bool isNative = false;
+    static bool isStoredForm(const PlistValue& object) {
+        return DefaultsBridge<Wrapped>::isStoredForm(object);
+    }
     static std::optional<PlistValue> serialize(const std::optional<Wrapped>& value,
                                                Console& console) {
         if (!value) return std::nullopt;

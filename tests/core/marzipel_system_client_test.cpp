@@ -18,7 +18,11 @@ TEST(FloatTextTest, ShortestRoundTripWithAFractionalPart) {
     EXPECT_EQ(floatText(0.7f), "0.7");
     EXPECT_EQ(floatText(0.1f + 0.2f), "0.3");
     EXPECT_EQ(floatText(0.30000001f), "0.3");
-    EXPECT_EQ(floatText(1e-7f), "1e-07");
+    EXPECT_EQ(floatText(0.0001f), "0.0001");
+    EXPECT_EQ(floatText(1e-7f), "1.0e-07");
+    EXPECT_EQ(floatText(2.5e-5f), "2.5e-05");
+    EXPECT_EQ(floatText(100000.0f), "100000.0");
+    EXPECT_EQ(floatText(1e30f), "1.0e+30");
 }
 
 struct MarzipelSystemClientTest : testing::Test {

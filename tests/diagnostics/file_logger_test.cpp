@@ -29,6 +29,7 @@ TEST_F(FileLoggerTest, AppendsTimestampedLinesToWhatIsThere) {
     std::ofstream(home.file("Marzipel_debug.log"), std::ios::app) << "someone else\n";
     clock.timestamp = "2/3/26, 4:05:06 AM GMT";
     logger->log("two\nlines");
+    logger->log("not UTF-8: \xff");
     EXPECT_EQ(logText(),
               "earlier run\n1/1/26, 12:00:00 PM UTC: first\nsomeone else\n"
               "2/3/26, 4:05:06 AM GMT: two\nlines\n");

@@ -87,10 +87,16 @@ TEST_F(DefaultsStoreTest, UndecodableValuesReadAsDefaultAndStayStored) {
 
 TEST_F(DefaultsStoreTest, OneBadSetElementCostsOnlyThatElement) {
     SettingsManager settings(store, console);
-    store->setObject("enabledFeatures", PlistArray{R"({"nightShift":{}})", R"({"nightShift":)", 7,
+    store->setObject("enabledFeatures", PlistArray{R"({"nightShift":{}})", R"({"nightShift":)",
                                                    R"({"onlyWhenPlayingVideo":{"ignored":1}})"});
     EXPECT_EQ(settings.enabledFeatures().get(),
               (std::set<Feature>{Feature::nightShift, Feature::onlyWhenPlayingVideo}));
+
+    // An element that is not even a string means this is no array of stored features.
+    store->setObject("enabledFeatures", PlistArray{R"({"onlyWhenPlayingVideo":{}})", 7});
+    EXPECT_EQ(settings.enabledFeatures().get(), settings.enabledFeatures().defaultValue());
+    store->setObject("appFeatures", PlistDictionary{{"a", PlistArray{}}, {"b", 3}});
+    EXPECT_TRUE(settings.appFeatures().get().empty());
 
     // An array of natives must be that kind throughout.
     Key<std::set<std::string>> names("names", {}, store, console);

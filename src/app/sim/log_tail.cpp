@@ -5,7 +5,8 @@
 
 namespace marzipel {
 
-LogTail::LogTail(std::string path) : path_(std::move(path)) {
+LogTail::LogTail(std::string path, std::function<bool(std::string_view)> isTimestamp)
+    : path_(std::move(path)), isTimestamp_(std::move(isTimestamp)) {
     std::error_code error;
     auto size = std::filesystem::file_size(path_, error);
     offset_ = error ? 0 : size;
@@ -13,6 +14,8 @@ LogTail::LogTail(std::string path) : path_(std::move(path)) {
 
 std::vector<std::string> LogTail::newMessages() {
     std::vector<std::string> messages;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path_, error)) return messages;
     std::ifstream in(path_, std::ios::binary);
     if (!in) return messages;
     in.seekg(static_cast<std::streamoff>(offset_));
@@ -23,9 +26,12 @@ std::vector<std::string> LogTail::newMessages() {
     for (std::size_t end; (end = partial_.find('\n', start)) != std::string::npos;
          start = end + 1) {
         std::string line = partial_.substr(start, end - start);
-        // A message holding line feeds continues on lines of its own, without a timestamp.
         auto separator = line.find(": ");
-        messages.push_back(separator == std::string::npos ? line : line.substr(separator + 2));
+        if (separator != std::string::npos &&
+            isTimestamp_(std::string_view(line).substr(0, separator))) {
+            line.erase(0, separator + 2);
+        }
+        messages.push_back(std::move(line));
     }
     partial_.erase(0, start);
     return messages;

@@ -1,5 +1,6 @@
 #include "app/sim/plist_json.h"
 
+#include <cmath>
 #include <ctime>
 #include <nlohmann/json.hpp>
 
@@ -10,16 +11,21 @@ namespace marzipel {
 
 namespace {
 
-PlistValue fromJson(const nlohmann::json& json) {
+// As deep as the preferences file may nest.
+constexpr int kMaxDepth = 256;
+
+PlistValue fromJson(const nlohmann::json& json, int depth = 0) {
+    if (depth > kMaxDepth) throw ScriptError("JSON value nested too deeply");
     switch (json.type()) {
         case nlohmann::json::value_t::object: {
             PlistDictionary dictionary;
-            for (const auto& [name, item] : json.items()) dictionary.emplace(name, fromJson(item));
+            for (const auto& [name, item] : json.items())
+                dictionary.emplace(name, fromJson(item, depth + 1));
             return dictionary;
         }
         case nlohmann::json::value_t::array: {
             PlistArray array;
-            for (const auto& item : json) array.push_back(fromJson(item));
+            for (const auto& item : json) array.push_back(fromJson(item, depth + 1));
             return array;
         }
         case nlohmann::json::value_t::string:
@@ -70,7 +76,11 @@ struct JsonWriter {
 
     void operator()(bool value) { out += value ? "true" : "false"; }
     void operator()(std::int64_t value) { out += std::to_string(value); }
-    void operator()(double value) { out += floatText(static_cast<float>(value)); }
+    void operator()(double value) {
+        const auto narrowed = static_cast<float>(value);
+        // A real beyond the float range keeps its own digits; JSON has no infinity.
+        out += std::isfinite(narrowed) ? floatText(narrowed) : nlohmann::json(value).dump();
+    }
     void operator()(const std::string& value) { out += nlohmann::json(value).dump(); }
     void operator()(const PlistData& value) { out += nlohmann::json(base64(value)).dump(); }
     void operator()(PlistDate value) { out += nlohmann::json(isoDate(value)).dump(); }

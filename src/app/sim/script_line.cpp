@@ -3,6 +3,8 @@
 #include <charconv>
 #include <nlohmann/json.hpp>
 
+#include "core/utf8.h"
+
 namespace marzipel {
 
 namespace {
@@ -19,6 +21,12 @@ bool ScriptLine::atEnd() {
 }
 
 std::string ScriptLine::next(std::string_view what) {
+    std::string argument = readArgument(what);
+    if (!isValidUtf8(argument)) throw ScriptError(std::string(what) + " is not UTF-8 text");
+    return argument;
+}
+
+std::string ScriptLine::readArgument(std::string_view what) {
     if (atEnd()) throw ScriptError("missing " + std::string(what));
     if (text_[position_] != '"') {
         std::size_t start = position_;
@@ -45,6 +53,7 @@ std::string ScriptLine::rest(std::string_view what) {
     std::string_view remaining = text_.substr(position_);
     while (!remaining.empty() && isBlank(remaining.back())) remaining.remove_suffix(1);
     position_ = text_.size();
+    if (!isValidUtf8(remaining)) throw ScriptError(std::string(what) + " is not UTF-8 text");
     return std::string(remaining);
 }
 

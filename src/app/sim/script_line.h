@@ -28,6 +28,7 @@ public:
 
 private:
     void skipBlanks();
+    std::string readArgument(std::string_view what);
 
     std::string_view text_;
     std::size_t position_ = 0;

@@ -4,6 +4,7 @@
 #include <istream>
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <set>
 
 #include "app/sim/log_tail.h"
 #include "app/sim/plist_json.h"
@@ -28,11 +29,17 @@ namespace {
 class DriverClock final : public Clock {
 public:
     LocalTime localTime() const override { return time; }
-    std::string timestampText() const override { return real_.timestampText(); }
+    std::string timestampText() const override {
+        std::string text = real_.timestampText();
+        given_.insert(text);
+        return text;
+    }
+    bool gave(std::string_view timestamp) const { return given_.contains(timestamp); }
     LocalTime time{12, 0};
 
 private:
     LocalClock real_;
+    mutable std::set<std::string, std::less<>> given_;
 };
 
 class DriverWelcomeWindow final : public WelcomeWindowPresenter {
@@ -52,8 +59,11 @@ struct SimDriver::World {
     World(const std::string& home, std::ostream& out)
         : out(out),
           documents((std::filesystem::path(home) / "Documents").string()),
-          logTail((std::filesystem::path(documents) / "Marzipel_debug.log").string()) {
-        std::filesystem::create_directories(documents);
+          logTail((std::filesystem::path(documents) / "Marzipel_debug.log").string(),
+                  [this](std::string_view text) { return clock.gave(text); }) {
+        // A home whose Documents cannot be made is left to the logger to report.
+        std::error_code ignored;
+        std::filesystem::create_directories(documents, ignored);
         sim.userDirectories.documents = documents;
         sim.brightness.onCall = [this](const std::string& call) { emit("call " + call); };
         sim.systemLog.onEntry = [this](const std::string& message) { emit("syslog " + message); };
@@ -106,10 +116,10 @@ struct SimDriver::World {
     }
 
     std::ostream& out;
+    DriverClock clock;
     std::string documents;
     LogTail logTail;
     SimPlatform sim;
-    DriverClock clock;
     DriverWelcomeWindow welcomeWindow;
     LocalBundleFiles files;
     BundleCatalog catalog{files};
@@ -154,7 +164,7 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         }
         int processId = parseInt(which, "process id");
         if (!sim.workspace.runningApplication(processId)) {
-            throw ScriptError("no sim.application with process id " + which);
+            throw ScriptError("no application with process id " + which);
         }
         sim.workspace.frontmostProcessId = processId;
     } else if (command == "keyboard") {
@@ -165,7 +175,7 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         if (enabled == "missing") {
             line.expectEnd();
             if (app)
-                throw ScriptError("nightshift missing must come before the sim.application starts");
+                throw ScriptError("nightshift missing must come before the application starts");
             sim.brightness.blueLightMissing = true;
             return;
         }
@@ -328,7 +338,7 @@ int SimDriver::run(std::istream& script, std::ostream& err) {
     std::string text;
     for (int number = 1; std::getline(script, text); ++number) {
         ScriptLine line(text);
-        if (line.atEnd() || text.find_first_not_of(" \t\r") == text.find('#')) continue;
+        if (line.atEnd() || text.starts_with('#')) continue;
         try {
             std::string command = line.next("command");
             if (World::isWorldCommand(command)) {
@@ -337,7 +347,8 @@ int SimDriver::run(std::istream& script, std::ostream& err) {
                 world_->buildApplication();
                 world_->runCommand(command, line);
             }
-        } catch (const ScriptError& error) {
+        } catch (const std::exception& error) {
+            // A script error, or the platform refusing something the script asked for.
             world_->flushLog();
             world_->out.flush();
             err << "error " << number << ": " << error.what() << '\n';

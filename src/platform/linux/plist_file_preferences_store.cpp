@@ -4,10 +4,12 @@
 
 #include <array>
 #include <filesystem>
+#include <span>
 
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/xdg_base_directories.h"
 #include "platform/plist/plist_codec.h"
+#include "platform/plist/plist_parse_limits.h"
 
 namespace marzipel {
 
@@ -78,7 +80,16 @@ PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog
 
 void PlistFilePreferencesStore::persist(const PlistDictionary& values) {
     if (!mayWrite_) return;
-    const std::string failure = replaceFileAtomically(path_, toXmlPropertyList(PlistValue(values)));
+    const std::string xml = toXmlPropertyList(PlistValue(values));
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
+    if (xml.size() > kMaxPropertyListBytes || !isWithinParseLimits(bytes)) {
+        // Saving it would make the next start set the whole file aside as unreadable.
+        log_.error(logSubsystem, logCategory,
+                   "Could not save preferences to " + path_ +
+                       ": they are too large or too deeply nested to be read back");
+        return;
+    }
+    const std::string failure = replaceFileAtomically(path_, xml);
     if (!failure.empty()) {
         log_.error(logSubsystem, logCategory,
                    "Could not save preferences to " + path_ + ": " + failure);

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <limits>
 
+#include "core/utf8.h"
 #include "platform/plist/plist_node.h"
 #include "platform/plist/plist_parse_limits.h"
 
@@ -40,7 +41,7 @@ std::optional<PlistValue> fromDictionary(plist_t node, std::size_t depth) {
         plist_dict_next_item(node, iterator, &rawKey, &item);
         PlistBuffer key(rawKey);
         if (!item) return PlistValue(std::move(dictionary));
-        if (!key) return std::nullopt;
+        if (!key || !isValidUtf8(key.get())) return std::nullopt;
         auto value = fromNode(item, depth + 1);
         if (!value) return std::nullopt;
         dictionary.insert_or_assign(std::string(key.get()), std::move(*value));
@@ -81,7 +82,10 @@ std::optional<PlistValue> fromNode(plist_t node, std::size_t depth) {
             std::uint64_t length = 0;
             const char* text = plist_get_string_ptr(node, &length);
             if (!text) return std::nullopt;
-            return PlistValue(std::string(text, length));
+            std::string string(text, length);
+            // Text that is not UTF-8 could never be written out again as a setting or a log line.
+            if (!isValidUtf8(string)) return std::nullopt;
+            return PlistValue(std::move(string));
         }
         case PLIST_DATA: {
             std::uint64_t length = 0;

@@ -10,6 +10,9 @@
 
 namespace marzipel {
 
+/// Property-list files larger than this are not read.
+inline constexpr std::size_t kMaxPropertyListBytes = std::size_t{8} << 20;
+
 /// Parses property-list bytes, XML or binary. Nothing when they are not a property list.
 std::optional<PlistValue> parsePropertyList(std::span<const std::uint8_t> bytes);
 
@@ -19,6 +22,6 @@ std::string toXmlPropertyList(const PlistValue& value);
 /// Reads a property-list file. Nothing when the file is missing, unreadable, larger than
 /// `maxBytes`, or not a property list.
 std::optional<PlistValue> readPropertyListFile(const std::string& path,
-                                               std::size_t maxBytes = 8u << 20);
+                                               std::size_t maxBytes = kMaxPropertyListBytes);
 
 }  // namespace marzipel

@@ -117,6 +117,17 @@ TEST_F(PlistFilePreferencesStoreTest, FailedSaveIsLoggedAndTheValueStaysInMemory
         << log.entries[0];
 }
 
+TEST_F(PlistFilePreferencesStoreTest, ValueTooDeepToReadBackIsNotSaved) {
+    PlistFilePreferencesStore store(path, log);
+    store.setObject("welcomeScreenShown", true);
+    PlistValue deep = PlistArray{};
+    for (int i = 0; i < 300; ++i) deep = PlistArray{deep};
+    store.setObject("deep", deep);
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_TRUE(log.entries[0].ends_with("too large or too deeply nested to be read back"));
+    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"welcomeScreenShown", true}}));
+}
+
 TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLink) {
     const std::string target = folder.file("dotfiles/Marzipel.plist");
     fs::create_directories(fs::path(path).parent_path());

@@ -107,6 +107,9 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
         "not a plist",
         "<plist version=\"1.0\"><array><string>x</string></plist>",
         "<plist version=\"1.0\"><dict><key>a</key><integer>1</integer>",
+        // Text that is not UTF-8, as a value and as a key.
+        "<plist version=\"1.0\"><string>\xff\xfe</string></plist>",
+        "<plist version=\"1.0\"><dict><key>\xc0\xaf</key><true/></dict></plist>",
         "bplist00",
         std::string_view(valid).substr(0, valid.size() - 1),
         badReference,
