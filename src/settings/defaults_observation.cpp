@@ -62,7 +62,7 @@ void KeyObservation::start() {
             state->callback(change);
         });
     state_->observing = true;
-    if (initial) {
+    if (initial && !threadUpdatingValues) {
         state_->callback(PreferencesChange{state_->key, std::nullopt, store->object(state_->key)});
     }
 }
