@@ -78,22 +78,24 @@ std::pair<int, int> parseTimeOfDay(const std::string& text) {
     return {hour, minute};
 }
 
-int parseInt(const std::string& text, std::string_view what) {
-    int value = 0;
+namespace {
+template <typename Number>
+Number parseNumber(const std::string& text, std::string_view what) {
+    Number value = 0;
     auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) {
         throw ScriptError("malformed " + std::string(what) + " '" + text + "'");
     }
     return value;
 }
+}  // namespace
+
+int parseInt(const std::string& text, std::string_view what) {
+    return parseNumber<int>(text, what);
+}
 
 float parseFloat(const std::string& text, std::string_view what) {
-    float value = 0;
-    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) {
-        throw ScriptError("malformed " + std::string(what) + " '" + text + "'");
-    }
-    return value;
+    return parseNumber<float>(text, what);
 }
 
 bool parseOnOff(const std::string& text) {
