@@ -42,6 +42,9 @@ TEST_F(DefaultsStoreTest, RecordsAreStoredAsSortedKeyJsonAndSetsAsArrays) {
     EXPECT_EQ(store->object("marzipelData"),
               PlistValue(R"({"keyboardBacklightValue":0.7,"nightShiftEnabled":true})"));
     EXPECT_EQ(settings.marzipelData().get(), (MarzipelData{true, 0.7f}));
+    settings.marzipelData().set(MarzipelData{true, std::nullopt});
+    EXPECT_EQ(store->object("marzipelData"), PlistValue(R"({"nightShiftEnabled":true})"));
+    EXPECT_EQ(settings.marzipelData().get(), (MarzipelData{true, std::nullopt}));
 
     settings.enabledApps().set({AppItem{"org.videolan.vlc", "VLC", std::nullopt},
                                 AppItem{"com.colliderli.iina", "IINA", "/A/IINA.app/x.icns"}});
