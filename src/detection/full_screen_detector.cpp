@@ -12,7 +12,7 @@ FullScreenDetector::FullScreenDetector(SpaceMonitor& monitor, NotificationCenter
     if (monitor_.mainBundleIsAgent()) {
         // An agent's window is never placed on a full-screen space, so every space looks
         // regular; the warning is advice only.
-        systemLog.error("com.orsavelt", "MarzipelApp",
+        systemLog.error(kAppLogSubsystem, kAppLogCategory,
                         "Warning to developer of " + monitor_.mainBundleName().value_or("(null)") +
                             ": full screen detection does not work when LSUIElement is set to "
                             "YES in Info.plist.");

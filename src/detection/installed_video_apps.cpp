@@ -3,13 +3,6 @@
 #include "detection/known_video_apps.h"
 
 namespace marzipel {
-namespace {
-
-constexpr std::string_view kLogSubsystem = "com.orsavelt";
-constexpr std::string_view kLogCategory = "MarzipelApp";
-
-}  // namespace
-
 std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog) {
     return findInstalledVideoApps(catalog, systemLog, catalog.applicationFolders());
 }
@@ -20,7 +13,7 @@ std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog
     for (const std::string& folder : folders) {
         FolderListing listing = catalog.listFolder(folder);
         if (listing.error) {
-            systemLog.error(kLogSubsystem, kLogCategory,
+            systemLog.error(kAppLogSubsystem, kAppLogCategory,
                             "Error reading the Applications folder: " + *listing.error);
             continue;
         }

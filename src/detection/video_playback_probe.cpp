@@ -7,9 +7,6 @@
 namespace marzipel {
 namespace {
 
-constexpr std::string_view kLogSubsystem = "com.orsavelt";
-constexpr std::string_view kLogCategory = "MarzipelApp";
-
 /// Whether every process maps to a list of string-keyed records. One stray entry makes the whole
 /// table unreadable, as a cast of the whole dictionary would.
 bool isAssertionTable(const std::map<std::int32_t, PlistValue>& table) {
@@ -39,7 +36,7 @@ VideoPlaybackProbe::VideoPlaybackProbe(PowerAssertions& assertions, const Worksp
 std::vector<RunningApplication> VideoPlaybackProbe::applicationsPlayingVideo() {
     PowerAssertionsReply reply = assertions_.assertionsByProcess();
     if (reply.result != 0) {
-        systemLog_.error(kLogSubsystem, kLogCategory,
+        systemLog_.error(kAppLogSubsystem, kAppLogCategory,
                          "Error retrieving power management assertions");
         return {};
     }

@@ -4,6 +4,10 @@
 
 namespace marzipel {
 
+/// Where the program's own error entries are filed in the system log.
+inline constexpr std::string_view kAppLogSubsystem = "com.orsavelt";
+inline constexpr std::string_view kAppLogCategory = "MarzipelApp";
+
 /// The operating system's log, written at error level. Any thread.
 class SystemLog {
 public:

@@ -20,8 +20,6 @@ struct PlistFilePreferencesStore::Loaded {
 
 namespace {
 
-constexpr std::string_view logSubsystem = "com.orsavelt";
-constexpr std::string_view logCategory = "MarzipelApp";
 constexpr std::string_view preferencesFileName = "com.orsavelt.Marzipel.plist";
 
 /// Now in UTC, e.g. 20261122T034500Z.
@@ -57,12 +55,12 @@ PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::str
     std::string reason;
     const std::string aside = moveAsideWithoutReplacing(path, destination, reason);
     if (!aside.empty()) {
-        log.error(logSubsystem, logCategory,
+        log.error(kAppLogSubsystem, kAppLogCategory,
                   "Preferences file " + path + " is not a property-list dictionary; moved it to " +
                       aside + " and started with empty preferences");
     } else {
         loaded.mayWrite = false;
-        log.error(logSubsystem, logCategory,
+        log.error(kAppLogSubsystem, kAppLogCategory,
                   "Preferences file " + path +
                       " is not a property-list dictionary and could not be moved to " +
                       destination + ": " + reason +
@@ -84,14 +82,14 @@ void PlistFilePreferencesStore::persist(const PlistDictionary& values) {
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
     if (xml.size() > kMaxPropertyListBytes || !isWithinParseLimits(bytes)) {
         // Saving it would make the next start set the whole file aside as unreadable.
-        log_.error(logSubsystem, logCategory,
+        log_.error(kAppLogSubsystem, kAppLogCategory,
                    "Could not save preferences to " + path_ +
                        ": they are too large or too deeply nested to be read back");
         return;
     }
     const std::string failure = replaceFileAtomically(path_, xml);
     if (!failure.empty()) {
-        log_.error(logSubsystem, logCategory,
+        log_.error(kAppLogSubsystem, kAppLogCategory,
                    "Could not save preferences to " + path_ + ": " + failure);
     }
 }
