@@ -4,6 +4,7 @@
 
 #include "core/marzipel_state.h"
 #include "core/marzipel_system_client.h"
+#include "detection/running_application_adapter.h"
 #include "detection/video_playback_probe.h"
 #include "diagnostics/debug_log.h"
 #include "settings/settings_manager.h"
@@ -39,9 +40,10 @@ TriggerStateMachine::TriggerStateMachine(MarzipelState& state, const SettingsMan
       clock_(clock) {}
 
 void TriggerStateMachine::wentFullScreen() {
-    const auto frontmost = workspace_.frontmostApplication();
-    if (!frontmost) return;
-    const std::string id = frontmost->bundleIdentifier.value_or("Unknown app");
+    const auto front = workspace_.frontmostApplication();
+    if (!front) return;
+    const RunningApplicationAdapter frontmost(*front);
+    const std::string id = frontmost.bundleIdentifier().value_or("Unknown app");
     log(id + " went full screen");
 
     const auto apps = settings_.enabledApps().get();
@@ -62,8 +64,7 @@ void TriggerStateMachine::wentFullScreen() {
     }
 
     // The probe runs for every such event, also for apps that do not ask for it.
-    const auto playing = probe_.applicationsPlayingVideo();
-    if (std::ranges::find(playing, *frontmost) != playing.end()) {
+    if (frontmost.isAmong(probe_.applicationsPlayingVideo())) {
         log(id + " went full screen while playing video");
         activate(id);
         return;

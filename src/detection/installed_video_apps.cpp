@@ -3,6 +3,7 @@
 #include "detection/known_video_apps.h"
 
 namespace marzipel {
+
 std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog) {
     return findInstalledVideoApps(catalog, systemLog, catalog.applicationFolders());
 }
