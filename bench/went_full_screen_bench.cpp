@@ -8,7 +8,7 @@
 #include <random>
 
 #include "platform/linux/plist_file_preferences_store.h"
-#include "platform/sim/sim_platform.h"
+#include "app/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "core/signal.h"
-#include "core/subscription.h"
+#include "base/signal.h"
+#include "base/subscription.h"
 
 namespace marzipel {
 

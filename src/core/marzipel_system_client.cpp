@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "core/float_text.h"
+#include "base/float_text.h"
 #include "diagnostics/debug_log.h"
 
 namespace marzipel {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "core/marzipel_state.h"
-#include "core/signal.h"
-#include "core/subscription.h"
+#include "base/signal.h"
+#include "base/subscription.h"
 #include "platform/application.h"
 #include "platform/workspace.h"
 

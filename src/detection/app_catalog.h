@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 #include "platform/bundle_files.h"
 
 namespace marzipel {

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 #include "platform/bundle_files.h"
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/notification_center.h"
-#include "core/subscription.h"
+#include "base/notification_center.h"
+#include "base/subscription.h"
 #include "platform/space_monitor.h"
 #include "platform/system_log.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "detection/app_catalog.h"
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 #include "platform/system_log.h"
 
 namespace marzipel {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "detection/app_catalog.h"
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 #include "platform/workspace.h"
 
 namespace marzipel {

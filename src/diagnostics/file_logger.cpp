@@ -5,7 +5,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "core/utf8.h"
+#include "base/utf8.h"
 
 namespace marzipel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <optional>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

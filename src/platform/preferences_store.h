@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/console.h"
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

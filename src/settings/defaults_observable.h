@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/signal.h"
+#include "base/signal.h"
 #include "settings/defaults_observation.h"
 
 namespace marzipel {

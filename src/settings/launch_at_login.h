@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "core/signal.h"
+#include "base/signal.h"
 #include "platform/login_item_service.h"
 #include "platform/system_log.h"
 

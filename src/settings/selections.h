@@ -4,9 +4,9 @@
 #include <set>
 #include <vector>
 
-#include "core/signal.h"
+#include "base/signal.h"
 
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 #include "settings/feature.h"
 
 namespace marzipel {

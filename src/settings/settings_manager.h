@@ -7,8 +7,8 @@
 #include <set>
 #include <string>
 
-#include "core/marzipel_data.h"
-#include "detection/app_item.h"
+#include "settings/marzipel_data.h"
+#include "settings/app_item.h"
 #include "settings/defaults_key.h"
 #include "settings/feature.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "diagnostics/file_logger.h"
-#include "platform/sim/sim_platform.h"
+#include "app/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 #include "support/temp_folder.h"
 

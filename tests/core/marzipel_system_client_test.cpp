@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "core/float_text.h"
+#include "base/float_text.h"
 #include "core/marzipel_system_client.h"
 #include "diagnostics/file_logger.h"
 #include "platform/sim/sim_basics.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <variant>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::testing {

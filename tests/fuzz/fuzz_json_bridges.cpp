@@ -8,8 +8,8 @@
 #include <set>
 #include <string>
 
-#include "core/marzipel_data.h"
-#include "detection/app_item.h"
+#include "settings/marzipel_data.h"
+#include "settings/app_item.h"
 #include "settings/defaults_collection_bridges.h"
 #include "settings/feature.h"
 

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/sim/script_line.h"
-#include "core/float_text.h"
+#include "base/float_text.h"
 
 namespace marzipel {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

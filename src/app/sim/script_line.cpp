@@ -3,7 +3,7 @@
 #include <charconv>
 #include <nlohmann/json.hpp>
 
-#include "core/utf8.h"
+#include "base/utf8.h"
 
 namespace marzipel {
 

@@ -18,7 +18,7 @@
 #include "platform/linux/local_clock.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/local/local_bundle_files.h"
-#include "platform/sim/sim_platform.h"
+#include "app/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/system_log.h"
-#include "settings/in_memory_preferences.h"
+#include "platform/common/in_memory_preferences.h"
 
 namespace marzipel {
 

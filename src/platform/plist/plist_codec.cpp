@@ -6,7 +6,7 @@
 #include <fstream>
 #include <limits>
 
-#include "core/utf8.h"
+#include "base/utf8.h"
 #include "platform/plist/plist_node.h"
 #include "platform/plist/plist_parse_limits.h"
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "settings/plist_value.h"
+#include "base/plist_value.h"
 
 namespace marzipel {
 

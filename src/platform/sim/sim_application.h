@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/notification_center.h"
+#include "base/notification_center.h"
 #include "platform/application.h"
 
 namespace marzipel {

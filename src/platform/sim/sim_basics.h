@@ -9,7 +9,7 @@
 #include "platform/console.h"
 #include "platform/system_log.h"
 #include "platform/user_directories.h"
-#include "settings/in_memory_preferences.h"
+#include "platform/common/in_memory_preferences.h"
 
 namespace marzipel {
 

@@ -1,6 +1,6 @@
 #include "platform/sim/sim_brightness_service.h"
 
-#include "core/float_text.h"
+#include "base/float_text.h"
 
 namespace marzipel {
 

@@ -1,4 +1,4 @@
-#include "core/marzipel_data.h"
+#include "settings/marzipel_data.h"
 
 #include <cmath>
 #include <limits>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "core/float_text.h"
+#include "base/float_text.h"
 
 namespace marzipel {
 

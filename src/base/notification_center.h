@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/signal.h"
-#include "core/subscription.h"
+#include "base/signal.h"
+#include "base/subscription.h"
 
 namespace marzipel {
 

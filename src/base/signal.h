@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "core/subscription.h"
+#include "base/subscription.h"
 
 namespace marzipel {
 

@@ -1,4 +1,4 @@
-#include "settings/in_memory_preferences.h"
+#include "platform/common/in_memory_preferences.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "core/notification_center.h"
+#include "base/notification_center.h"
 
 namespace marzipel {
 

@@ -1,4 +1,4 @@
-#include "core/float_text.h"
+#include "base/float_text.h"
 
 #include <array>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "detection/app_item.h"
+#include "settings/app_item.h"
 
 #include <nlohmann/json.hpp>
 
