@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <random>
 
-#include "platform/linux/plist_file_preferences_store.h"
 #include "app/sim/sim_platform.h"
+#include "platform/linux/plist_file_preferences_store.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {

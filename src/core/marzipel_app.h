@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/notification_center.h"
+#include "base/subscription.h"
 #include "core/app_delegate.h"
 #include "core/marzipel_state.h"
 #include "core/marzipel_system_client.h"
-#include "base/notification_center.h"
-#include "base/subscription.h"
 #include "core/tray_model.h"
 #include "core/trigger_state_machine.h"
 #include "detection/full_screen_detector.h"

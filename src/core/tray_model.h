@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "core/marzipel_state.h"
 #include "base/signal.h"
 #include "base/subscription.h"
+#include "core/marzipel_state.h"
 #include "platform/application.h"
 #include "platform/workspace.h"
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/app_item.h"
 #include "platform/bundle_files.h"
+#include "settings/app_item.h"
 
 namespace marzipel {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "settings/app_item.h"
-#include "platform/bundle_files.h"
 #include "base/plist_value.h"
+#include "platform/bundle_files.h"
+#include "settings/app_item.h"
 
 namespace marzipel {
 

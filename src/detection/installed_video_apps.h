@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "detection/app_catalog.h"
-#include "settings/app_item.h"
 #include "platform/system_log.h"
+#include "settings/app_item.h"
 
 namespace marzipel {
 

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "detection/app_catalog.h"
-#include "settings/app_item.h"
 #include "platform/workspace.h"
+#include "settings/app_item.h"
 
 namespace marzipel {
 

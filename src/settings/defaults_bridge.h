@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/console.h"
 #include "base/plist_value.h"
+#include "platform/console.h"
 
 namespace marzipel {
 

@@ -7,10 +7,10 @@
 #include <set>
 #include <string>
 
-#include "settings/marzipel_data.h"
 #include "settings/app_item.h"
 #include "settings/defaults_key.h"
 #include "settings/feature.h"
+#include "settings/marzipel_data.h"
 
 namespace marzipel {
 

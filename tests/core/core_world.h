@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "diagnostics/file_logger.h"
 #include "app/sim/sim_platform.h"
+#include "diagnostics/file_logger.h"
 #include "settings/settings_manager.h"
 #include "support/temp_folder.h"
 

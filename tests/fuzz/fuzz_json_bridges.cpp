@@ -8,10 +8,10 @@
 #include <set>
 #include <string>
 
-#include "settings/marzipel_data.h"
 #include "settings/app_item.h"
 #include "settings/defaults_collection_bridges.h"
 #include "settings/feature.h"
+#include "settings/marzipel_data.h"
 
 namespace {
 

@@ -9,6 +9,7 @@
 #include "app/sim/log_tail.h"
 #include "app/sim/plist_json.h"
 #include "app/sim/script_line.h"
+#include "app/sim/sim_platform.h"
 #include "core/marzipel_app.h"
 #include "detection/app_catalog.h"
 #include "detection/full_screen_detector.h"
@@ -18,7 +19,6 @@
 #include "platform/linux/local_clock.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/local/local_bundle_files.h"
-#include "app/sim/sim_platform.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {

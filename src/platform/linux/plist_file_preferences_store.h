@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/system_log.h"
 #include "platform/common/in_memory_preferences.h"
+#include "platform/system_log.h"
 
 namespace marzipel {
 

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/common/in_memory_preferences.h"
 #include "platform/console.h"
 #include "platform/system_log.h"
 #include "platform/user_directories.h"
-#include "platform/common/in_memory_preferences.h"
 
 namespace marzipel {
 
