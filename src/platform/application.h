@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <string_view>
+
 #include "platform/workspace.h"
 
 namespace marzipel {
@@ -41,6 +45,17 @@ public:
     /// answer is to terminate, kApplicationWillTerminateNotification is posted and the run
     /// ends, otherwise nothing happens. May return before the run has ended.
     virtual void terminate() = 0;
+
+    /// Makes the program's application delegate answer `action` (for example
+    /// "showSettingsWindow:") by calling `handler`; replaces an earlier handler of that name.
+    virtual void installDelegateAction(std::string action, std::function<void()> handler) = 0;
+    /// Whether the application has a delegate and it answers `action`.
+    virtual bool delegateRespondsTo(std::string_view action) const = 0;
+    /// Sends `action` to the delegate, with no sender. Does nothing when it does not answer it.
+    virtual void sendActionToDelegate(std::string_view action) = 0;
+    /// Sends `action` with no target and no sender along the responder chain, at whose end
+    /// the delegate stands. False when nothing along the chain handled it.
+    virtual bool sendAction(std::string_view action) = 0;
 };
 
 }  // namespace marzipel

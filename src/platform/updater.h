@@ -8,6 +8,10 @@ class Updater {
 public:
     virtual ~Updater() = default;
 
+    /// False where the program is updated by other means (a distribution's packages); then
+    /// nothing shows the updater and the other calls do nothing.
+    virtual bool isAvailable() const = 0;
+
     /// Starts the updater once, at launch. With gentle reminders, an update found by a
     /// scheduled check is announced without taking the focus (the program has no Dock icon).
     virtual void start(bool supportsGentleScheduledUpdateReminders) = 0;

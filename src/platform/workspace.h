@@ -34,6 +34,8 @@ public:
     virtual std::vector<RunningApplication> runningApplications() const = 0;
     /// The application of a process, or nothing for daemons, background and ended processes.
     virtual std::optional<RunningApplication> runningApplication(std::int32_t processId) const = 0;
+    /// Shows `folder` in the file manager. False when the file manager could not be asked.
+    virtual bool openFolder(const std::string& folder) = 0;
 };
 
 }  // namespace marzipel

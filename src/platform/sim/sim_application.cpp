@@ -28,6 +28,29 @@ void SimApplication::terminate() {
     if (onTerminate) onTerminate();
 }
 
+void SimApplication::installDelegateAction(std::string action, std::function<void()> handler) {
+    delegateActions[std::move(action)] = std::move(handler);
+}
+
+bool SimApplication::delegateRespondsTo(std::string_view action) const {
+    return hasDelegate && delegateActions.contains(action);
+}
+
+void SimApplication::sendActionToDelegate(std::string_view action) {
+    record("delegate " + std::string(action));
+    if (!delegateRespondsTo(action)) return;
+    auto handler = delegateActions.find(action)->second;
+    if (handler) handler();
+}
+
+bool SimApplication::sendAction(std::string_view action) {
+    record("send " + std::string(action));
+    if (!delegateRespondsTo(action)) return false;
+    auto handler = delegateActions.find(action)->second;
+    if (handler) handler();
+    return true;
+}
+
 void SimApplication::finishLaunching() {
     center_.post(kApplicationDidFinishLaunchingNotification, this);
 }

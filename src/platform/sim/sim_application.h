@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,12 @@ public:
     /// Records the request, then hands it to `onTerminate` (typically the application object's
     /// termination decision); without one, nothing more happens.
     void terminate() override;
+    void installDelegateAction(std::string action, std::function<void()> handler) override;
+    bool delegateRespondsTo(std::string_view action) const override;
+    /// Records "delegate ACTION", then runs the installed handler.
+    void sendActionToDelegate(std::string_view action) override;
+    /// Records "send ACTION"; the responder chain is the delegate alone.
+    bool sendAction(std::string_view action) override;
 
     /// Reports that launching has finished, as the platform does once.
     void finishLaunching();
@@ -35,6 +42,10 @@ public:
     std::function<void(const std::string&)> onCall;
     /// What a termination request does beyond being recorded.
     std::function<void()> onTerminate;
+    /// Whether the application has a delegate at all.
+    bool hasDelegate = true;
+    /// The delegate's actions by name.
+    std::map<std::string, std::function<void()>, std::less<>> delegateActions;
 
 private:
     void record(std::string call);

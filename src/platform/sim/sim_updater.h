@@ -7,6 +7,7 @@ namespace marzipel {
 /// An updater that only remembers what it was told.
 class SimUpdater final : public Updater {
 public:
+    bool isAvailable() const override { return available; }
     void start(bool gentleReminders) override {
         ++starts;
         this->gentleReminders = gentleReminders;
@@ -15,6 +16,7 @@ public:
     void setAutomaticallyChecksForUpdates(bool value) override { automaticChecks = value; }
     void checkForUpdates() override { ++checks; }
 
+    bool available = true;
     /// Calls of start(), and the reminder style last asked for.
     int starts = 0;
     bool gentleReminders = false;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/power_assertions.h"
@@ -22,8 +23,15 @@ public:
         if (it == applications.end()) return std::nullopt;
         return *it;
     }
+    bool openFolder(const std::string& folder) override {
+        openedFolders.push_back(folder);
+        return openFolderSucceeds;
+    }
 
     std::vector<RunningApplication> applications;
+    /// Every folder shown in the file manager, in order, and whether showing works.
+    std::vector<std::string> openedFolders;
+    bool openFolderSucceeds = true;
     std::optional<std::int32_t> frontmostProcessId;
 };
 
