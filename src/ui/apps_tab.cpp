@@ -1,0 +1,1 @@
+#include "ui/apps_tab.h"

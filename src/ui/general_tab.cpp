@@ -1,0 +1,1 @@
+#include "ui/general_tab.h"

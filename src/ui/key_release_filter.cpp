@@ -1,0 +1,1 @@
+#include "ui/key_release_filter.h"

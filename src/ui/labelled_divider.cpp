@@ -1,0 +1,1 @@
+#include "ui/labelled_divider.h"

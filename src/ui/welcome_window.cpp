@@ -1,0 +1,1 @@
+#include "ui/welcome_window.h"
