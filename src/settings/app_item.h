@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -18,7 +17,13 @@ struct AppItem {
     std::optional<std::string> iconPath;
 
     friend bool operator==(const AppItem&, const AppItem&) = default;
-    friend auto operator<=>(const AppItem&, const AppItem&) = default;
+    /// By `id`, then `name`, then `iconPath` (absent first), so that a set keeps records that
+    /// differ in any field.
+    friend bool operator<(const AppItem& a, const AppItem& b) {
+        if (a.id != b.id) return a.id < b.id;
+        if (a.name != b.name) return a.name < b.name;
+        return a.iconPath < b.iconPath;
+    }
 };
 
 /// Stored form: {"iconPath", "id", "name"}, "iconPath" left out when absent.
