@@ -1,0 +1,120 @@
+#include "ui/models/settings_access.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/sim/sim_application.h"
+#include "ui/models/tray_commands.h"
+
+namespace marzipel {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+struct SettingsAccessTest : testing::Test {
+    NotificationCenter center;
+    SimApplication application{center};
+    Calls events;
+
+    SettingsAccessTest() {
+        application.onCall = [this](const std::string& call) { events.push_back(call); };
+    }
+    void answer(const std::string& action) { application.installDelegateAction(action, nullptr); }
+    void press(const OpenSettingsAccessAction& open) {
+        pressSettingsButton(
+            open, application, [this] { events.push_back("pre"); },
+            [this] { events.push_back("post"); });
+    }
+};
+
+TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionOverThePreferencesOne) {
+    application.version = {13, 6, 1};
+    OpenSettingsAccessAction open(application);
+    int linkRuns = 0;
+    open.installLink([&]() -> std::optional<OpenActionFailure> {
+        ++linkRuns;
+        return std::nullopt;
+    });
+    answer("showPreferencesWindow:");
+    EXPECT_EQ(open(), std::nullopt);
+    answer("showSettingsWindow:");
+    EXPECT_EQ(open(), std::nullopt);
+    EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "delegate showSettingsWindow:"}));
+    EXPECT_EQ(linkRuns, 0) << "below 14.0 nothing replaces the legacy route";
+
+    application.hasDelegate = false;
+    EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::selectorNotFound));
+    application.hasDelegate = true;
+    application.delegateActions.clear();
+    EXPECT_EQ(openSettingsLegacy(application), LegacyOpenSettingsError::selectorNotFound);
+
+    application.version = {14, 0, 0};
+    answer("showSettingsWindow:");
+    EXPECT_EQ(openSettingsLegacy(application), LegacyOpenSettingsError::unsupportedPlatform);
+    EXPECT_EQ(events.size(), 2u);
+}
+
+TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors) {
+    EXPECT_EQ(static_cast<int>(OpenSettingsError::unsupportedPlatform), 0);
+    EXPECT_EQ(static_cast<int>(OpenSettingsError::selectorNotFound), 1);
+    EXPECT_EQ(static_cast<int>(OpenSettingsError::settingsLinkNotConnected), 2);
+
+    OpenSettingsAccessAction open(application);
+    EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::settingsLinkNotConnected));
+
+    std::optional<OpenActionFailure> failure;
+    open.installLink([&] { return failure; });
+    EXPECT_EQ(open(), std::nullopt);
+    failure = LegacyOpenSettingsError::unsupportedPlatform;
+    EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::unsupportedPlatform));
+    failure = LegacyOpenSettingsError::selectorNotFound;
+    EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::selectorNotFound));
+    failure = OtherOpenSettingsError{"The operation couldn’t be completed."};
+    EXPECT_EQ(open(),
+              OpenSettingsFailure(OtherOpenSettingsError{"The operation couldn’t be completed."}));
+}
+
+TEST_F(SettingsAccessTest, SettingsButtonRunsPreOpeningPostInOrderWhateverOpeningDoes) {
+    application.version = {13, 0, 0};
+    answer("showSettingsWindow:");
+    OpenSettingsAccessAction legacy(application);
+    press(legacy);
+    application.hasDelegate = false;
+    press(legacy);
+    EXPECT_EQ(events, (Calls{"pre", "delegate showSettingsWindow:", "post", "pre", "post"}));
+
+    events.clear();
+    application.version = {14, 0, 0};
+    OpenSettingsAccessAction open(application);
+    press(open);
+    open.installLink([this]() -> std::optional<OpenActionFailure> {
+        events.push_back("link");
+        return OtherOpenSettingsError{"failed"};
+    });
+    press(open);
+    EXPECT_EQ(events, (Calls{"pre", "post", "pre", "link", "post"}));
+}
+
+TEST(TrayCommandsTest, IconIsEighteenPointsHighAndKeepsItsProportions) {
+    EXPECT_EQ(trayIconSize({512, 512}), (PointSize{18, 18}));
+    EXPECT_EQ(trayIconSize({600, 300}), (PointSize{36, 18}));
+}
+
+TEST_F(SettingsAccessTest, ConfigureActivatesBeforeSendingBelow14AndAfterOpeningFrom14) {
+    application.version = {13, 0, 0};
+    answer("showSettingsWindow:");
+    openSettingsFromTray(OpenSettingsAccessAction(application), application);
+    EXPECT_EQ(events, (Calls{"activate", "send showSettingsWindow:"}));
+
+    events.clear();
+    application.version = {14, 0, 0};
+    OpenSettingsAccessAction open(application);
+    open.installLink([this]() -> std::optional<OpenActionFailure> {
+        events.push_back("link");
+        return std::nullopt;
+    });
+    openSettingsFromTray(open, application);
+    EXPECT_EQ(events, (Calls{"link", "activate"}));
+}
+
+}  // namespace
+}  // namespace marzipel
