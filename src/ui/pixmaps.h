@@ -8,7 +8,8 @@
 
 namespace marzipel {
 
-/// `image` as a pixmap; the empty image gives a transparent pixmap of `side` x `side`.
+/// `image` as a pixmap of its own size; the empty image (or one whose pixel count does not match
+/// its size) gives a transparent pixmap of `side` x `side`.
 QPixmap pixmapFromImage(const Image& image, int side);
 
 /// An app's icon for a list row, `side` x `side` device-independent pixels: the picture at

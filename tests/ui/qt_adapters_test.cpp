@@ -1,8 +1,123 @@
+#include <QBuffer>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
-class Placeholder : public QObject {
+#include "platform/qt/qt_image_loader.h"
+#include "ui/pixmaps.h"
+
+using namespace marzipel;
+
+namespace {
+
+QByteArray pngBytes(const QImage& image) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+QByteArray bigEndian(quint32 value) {
+    QByteArray bytes(4, '\0');
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+/// An icon container as applications ship them: several sizes, the smallest first.
+QByteArray icnsWithSizes(const QList<QPair<QByteArray, int>>& entries) {
+    QByteArray body;
+    for (const auto& [type, side] : entries) {
+        QImage square(side, side, QImage::Format_ARGB32);
+        square.fill(Qt::blue);
+        const QByteArray png = pngBytes(square);
+        body += type + bigEndian(quint32(8 + png.size())) + png;
+    }
+    return "icns" + bigEndian(quint32(8 + body.size())) + body;
+}
+
+}  // namespace
+
+class QtAdaptersTest : public QObject {
     Q_OBJECT
+
+private:
+    QTemporaryDir dir_;
+    QtImageLoader loader_;
+
+    std::string path(const char* name) const { return dir_.filePath(name).toStdString(); }
+    void writeFile(const char* name, const QByteArray& bytes) const {
+        QFile file(dir_.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+private Q_SLOTS:
+    void readsPixelsAsStraightArgb() {
+        QImage picture(2, 1, QImage::Format_ARGB32);
+        picture.setPixel(0, 0, 0x80ff0000);
+        picture.setPixel(1, 0, 0xff00ff00);
+        QVERIFY(picture.save(dir_.filePath("two.png")));
+
+        const Image image = loader_.loadImage(path("two.png"), 64);
+        QCOMPARE(image.width, 2);
+        QCOMPARE(image.height, 1);
+        QCOMPARE(image.pixels, (std::vector<std::uint32_t>{0x80ff0000, 0xff00ff00}));
+        const QImage shown = pixmapFromImage(image, 45).toImage();
+        QCOMPARE(shown.convertToFormat(QImage::Format_ARGB32).pixel(0, 0), 0x80ff0000u);
+    }
+
+    void scalesDownKeepingTheAspect() {
+        QImage large(400, 200, QImage::Format_ARGB32);
+        large.fill(Qt::red);
+        QVERIFY(large.save(dir_.filePath("large.png")));
+        const Image image = loader_.loadImage(path("large.png"), 100);
+        QCOMPARE(QSize(image.width, image.height), QSize(100, 50));
+        QCOMPARE(image.pixels.size(), std::size_t(100 * 50));
+    }
+
+    void readsVectorAndIconContainers() {
+        writeFile("symbol.svg",
+                  "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='8'>"
+                  "<rect width='16' height='8' fill='black'/></svg>");
+        const Image vector = loader_.loadImage(path("symbol.svg"), 64);
+        QCOMPARE(QSize(vector.width, vector.height), QSize(64, 32));
+
+        writeFile("App.icns", icnsWithSizes({{"ic07", 128}, {"ic08", 256}}));
+        const Image icon = loader_.loadImage(path("App.icns"), 512);
+        QCOMPARE(QSize(icon.width, icon.height), QSize(256, 256));
+        QCOMPARE(icon.pixels.front(), 0xff0000ffu);
+    }
+
+    void unreadableFilesGiveTheEmptyImage() {
+        writeFile("garbage.png", "\x89PNG but not really a picture");
+        writeFile("Broken.icns", icnsWithSizes({{"ic08", 256}}).left(60));
+        QVERIFY(loader_.loadImage(path("garbage.png"), 64).isEmpty());
+        QVERIFY(loader_.loadImage(path("Broken.icns"), 64).isEmpty());
+        QVERIFY(loader_.loadImage(path("missing.png"), 64).isEmpty());
+    }
+
+    void iconsFillTheirSquareOrStayTransparent() {
+        QImage wide(40, 20, QImage::Format_ARGB32);
+        wide.fill(Qt::red);
+        QVERIFY(wide.save(dir_.filePath("wide.png")));
+
+        const QImage icon = appIconPixmap(loader_, path("wide.png"), 45).toImage();
+        QCOMPARE(icon.size(), QSize(45, 45));
+        QCOMPARE(qAlpha(icon.pixel(22, 2)), 0);
+        QCOMPARE(icon.pixel(22, 22), QColor(Qt::red).rgba());
+
+        writeFile("garbage.icns", "not an icon");
+        for (const auto& missing : {std::optional<std::string>(), std::optional(path("no.icns")),
+                                    std::optional(path("garbage.icns"))}) {
+            const QImage empty = appIconPixmap(loader_, missing, 45).toImage();
+            QCOMPARE(empty.size(), QSize(45, 45));
+            QCOMPARE(qAlpha(empty.pixel(22, 22)), 0);
+        }
+    }
 };
 
-QTEST_MAIN(Placeholder)
+QTEST_MAIN(QtAdaptersTest)
 #include "qt_adapters_test.moc"
