@@ -1,8 +1,167 @@
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTemporaryDir>
+#include <QToolButton>
 #include <QtTest>
 
-class Placeholder : public QObject {
+#include "diagnostics/file_logger.h"
+#include "ui/app_row.h"
+#include "ui/apps_tab.h"
+#include "ui/ui_world.h"
+
+using namespace marzipel;
+
+namespace {
+
+std::set<std::string> storedIds(const UiWorld& world) {
+    std::set<std::string> ids;
+    for (const AppItem& item : world.settings.enabledApps().get()) ids.insert(item.id);
+    return ids;
+}
+
+QStringList shownNames(const AppsTab& tab) {
+    QStringList names;
+    for (const AppRow* row : tab.findChild<AppList*>("appList")->rows()) {
+        names << row->objectName();
+    }
+    return names;
+}
+
+void click(QWidget* widget) {
+    QVERIFY(widget);
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+template <typename T = QToolButton>
+T* control(const AppsTab& tab, const char* rowName, const char* name) {
+    const auto* row = tab.findChild<AppRow*>(rowName);
+    return row ? row->findChild<T*>(name) : nullptr;
+}
+
+}  // namespace
+
+class AppsTabTest : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void listsAppsByNameWithAVideoSwitchOfTheirOwn() {
+        UiWorld world;
+        world.settings.addTriggerApp({"com.example.beta", "beta", std::nullopt});
+        world.settings.addTriggerApp({"org.videolan.vlc", "VLC", "/Applications/VLC.app/x.icns"});
+        world.settings.addTriggerApp({"com.example.alpha", "Alpha", std::nullopt});
+        AppsTab tab(world.services());
+        tab.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&tab));
+
+        QCOMPARE(shownNames(tab), QStringList({"Alpha", "beta", "VLC"}));
+        QVERIFY(!control(tab, "VLC", "videoSwitch"));
+        QVERIFY(control(tab, "VLC", "removeButton"));
+        QCOMPARE(control(tab, "beta", "videoSwitch")->toolTip(),
+                 "Only when playing video (experimental)");
+
+        click(control(tab, "Alpha", "videoSwitch"));
+        const AppFeatures features = world.settings.appFeatures().get();
+        QVERIFY(features.at("com.example.alpha").contains(Feature::onlyWhenPlayingVideo));
+        QVERIFY(!features.contains("com.example.beta"));
+        QVERIFY(control(tab, "Alpha", "videoSwitch")->isChecked());
+        QVERIFY(!control(tab, "beta", "videoSwitch")->isChecked());
+    }
+
+    void showsTheEmptyTextInPlaceOfAnEmptyList() {
+        UiWorld world;
+        AppsTab tab(world.services());
+        tab.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&tab));
+        auto* emptyText = tab.findChild<QLabel*>("emptyText");
+        QCOMPARE(emptyText->text(), "You haven't added any apps yet.");
+        QVERIFY(emptyText->isVisible());
+
+        world.settings.addTriggerApp({"com.example.alpha", "Alpha", std::nullopt});
+        QVERIFY(!emptyText->isVisible());
+        click(control(tab, "Alpha", "removeButton"));
+        QVERIFY(storedIds(world).empty());
+        QVERIFY(emptyText->isVisible());
+        QTRY_VERIFY(!tab.findChild<AppRow*>("Alpha"));
+    }
+
+    void pickerOffersRunningAppsByNameAndMovesOn() {
+        UiWorld world;
+        world.runApp(1, "com.example.gamma", "gamma");
+        world.runApp(2, "com.example.beta", "beta");
+        world.runApp(3, "com.example.agent", "Agent", ActivationPolicy::accessory);
+        world.runApp(4, "com.example.alpha", "Alpha");
+        world.settings.addTriggerApp({"com.example.alpha", "Alpha", std::nullopt});
+        AppsTab tab(world.services());
+        tab.show();
+        auto* picker = tab.findChild<QComboBox*>("runningApps");
+
+        QCOMPARE(picker->count(), 3);
+        QCOMPARE(picker->itemText(0), "Alpha");
+        QCOMPARE(picker->currentText(), "beta");
+        click(tab.findChild<QToolButton*>("addRunningApp"));
+        QCOMPARE(storedIds(world),
+                 (std::set<std::string>{"com.example.alpha", "com.example.beta"}));
+        QCOMPARE(picker->currentText(), "gamma");
+
+        world.runApp(5, "com.example.delta", "Delta");
+        click(tab.findChild<QToolButton*>("refreshRunningApps"));
+        QCOMPARE(picker->itemText(2), "Delta");
+        QCOMPARE(picker->currentText(), "Delta");
+
+        tab.hide();
+        world.runApp(6, "com.example.epsilon", "epsilon");
+        tab.show();
+        QCOMPARE(picker->itemText(3), "epsilon");
+    }
+
+    void importsReadableBundlesAndSkipsTheRest() {
+        UiWorld world;
+        world.addBundle("/Applications/A.app", "com.example.a", "A");
+        world.addBundle("/Applications/C.app", "com.example.c", "C");
+        world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
+        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
+                                         "/Applications/C.app"};
+        AppsTab tab(world.services());
+        click(tab.findChild<QPushButton*>("browseButton"));
+
+        QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
+        QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
+        QVERIFY(!tab.findChild<QMessageBox*>());
+    }
+
+    void importFailureAlertsAndLogsTheSystemsText() {
+        QTemporaryDir documents;
+        UiWorld world;
+        world.sim.userDirectories.documents = documents.path().toStdString();
+        world.settings.debugLoggingEnabled().set(true);
+        FileLogger::setShared(
+            FileLogger::create(world.sim.userDirectories, world.sim.clock, world.sim.console));
+        world.filePicker.result.error = "The folder couldn't be read.";
+        AppsTab tab(world.services());
+        tab.show();
+        click(tab.findChild<QPushButton*>("browseButton"));
+
+        QMessageBox* alert = nullptr;
+        QTRY_VERIFY((alert = tab.findChild<QMessageBox*>()) && alert->isVisible());
+        QCOMPARE(alert->windowTitle(), "An error occurred");
+        QCOMPARE(alert->text(), "An error occurred");
+        QCOMPARE(alert->informativeText(), "Failed to import selected app.");
+        QCOMPARE(alert->buttons().size(), 1);
+        QFile log(QString::fromStdString(debugLogFilePath(world.sim.userDirectories)));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray logged = log.readAll();
+        QVERIFY(logged.contains("Failed to import app: The folder couldn't be read.\n"));
+        QVERIFY(storedIds(world).empty());
+
+        QCOMPARE(alert->buttons().front()->text(), "OK");
+        click(alert->buttons().front());
+        QTRY_VERIFY(!tab.findChild<QMessageBox*>());
+    }
 };
 
-QTEST_MAIN(Placeholder)
+QTEST_MAIN(AppsTabTest)
 #include "apps_tab_test.moc"
