@@ -21,6 +21,10 @@ public:
     void showWelcomeWindow() override;
     /// The window shown last, while it is open.
     QWidget* window() const;
+
+private:
+    UiServices services_;
+    QPointer<QWidget> window_;
 };
 
 }  // namespace marzipel

@@ -1,8 +1,118 @@
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
 #include <QtTest>
+#include <algorithm>
 
-class Placeholder : public QObject {
+#include "ui/app_row.h"
+#include "ui/image_toggle.h"
+#include "ui/ui_world.h"
+#include "ui/welcome_window.h"
+
+using namespace marzipel;
+
+namespace {
+
+/// A player installed in the applications folder that discovery searches first.
+void install(UiWorld& world, const std::string& bundle, const std::string& id,
+             const std::string& name) {
+    const std::string path = "/Applications/" + bundle;
+    world.bundleFiles.addEntry("/Applications", path);
+    world.addBundle(path, id, name);
+}
+
+QLabel* labelWithText(const QWidget* window, const QString& text) {
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->text() == text) return label;
+    }
+    return nullptr;
+}
+
+long count(const std::vector<std::string>& calls, const std::string& call) {
+    return std::ranges::count(calls, call);
+}
+
+}  // namespace
+
+class WelcomeWindowTest : public QObject {
     Q_OBJECT
+
+private Q_SLOTS:
+    void withoutPlayersShowsNoListAndStillStoresFeatures() {
+        UiWorld world;
+        world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
+        WelcomeWindowManager manager(world.services());
+        manager.showWelcomeWindow();
+        QWidget* window = manager.window();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+
+        QCOMPARE(window->windowTitle(), "Welcome!");
+        QCOMPARE(window->size(), QSize(600, 600));
+        QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
+        QVERIFY(window->windowFlags() & Qt::WindowMinimizeButtonHint);
+        QCOMPARE(window->minimumSize(), window->maximumSize());
+        QCOMPARE(world.sim.application.calls.back(), "activate");
+        QVERIFY(labelWithText(window, "Welcome to Marzipel!"));
+        QVERIFY(
+            labelWithText(window, "Unfortunately, we found no known video apps on your device."));
+        QVERIFY(
+            labelWithText(window, "When one of the apps I will select goes fullscreen, I want to"));
+        QVERIFY(!window->findChild<AppList*>());
+
+        QTest::mouseClick(window->findChild<ImageToggle*>("nightShiftToggle"), Qt::LeftButton);
+        QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
+        QVERIFY(world.settings.enabledApps().get().empty());
+        QCOMPARE(world.settings.enabledFeatures().get(),
+                 std::set<Feature>{Feature::keyboardBacklight});
+        QVERIFY(world.settings.welcomeScreenShown().get());
+        QCOMPARE(world.loginItems.currentStatus, LoginItemStatus::enabled);
+        QCOMPARE(world.sim.application.policy, ActivationPolicy::accessory);
+        QTRY_VERIFY(!manager.window());
+    }
+
+    void offersFoundPlayersAllOffAndStoresThePicked() {
+        UiWorld world;
+        install(world, "IINA.app", "com.colliderli.iina", "IINA");
+        install(world, "TextEdit.app", "com.apple.TextEdit", "TextEdit");
+        install(world, "VLC.app", "org.videolan.vlc", "VLC");
+        world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
+        WelcomeWindowManager manager(world.services());
+        manager.showWelcomeWindow();
+        QWidget* window = manager.window();
+
+        QVERIFY(labelWithText(window, "We have detected a few compatible apps for you"));
+        QVERIFY(labelWithText(window, "When one of the above apps goes fullscreen, I want to:"));
+        const QList<AppRow*> rows = window->findChild<AppList*>()->rows();
+        QCOMPARE(rows.size(), 2);
+        QCOMPARE(rows[0]->objectName(), "IINA");
+        QCOMPARE(rows[1]->objectName(), "VLC");
+        for (AppRow* row : rows) QVERIFY(!row->findChild<QCheckBox*>("appSwitch")->isChecked());
+        for (auto* toggle : window->findChildren<ImageToggle*>()) QVERIFY(toggle->isChecked());
+
+        rows[1]->findChild<QCheckBox*>("appSwitch")->click();
+        QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
+        QCOMPARE(world.settings.enabledApps().get(),
+                 (std::set<AppItem>{{"org.videolan.vlc", "VLC", std::nullopt}}));
+        QCOMPARE(world.settings.enabledFeatures().get(),
+                 (std::set<Feature>{Feature::keyboardBacklight, Feature::nightShift}));
+    }
+
+    void anyCloseLeavesTheDockOnceWithoutConfirming() {
+        UiWorld world;
+        WelcomeWindowManager manager(world.services());
+        manager.showWelcomeWindow();
+        QPointer<QWidget> first = manager.window();
+        manager.showWelcomeWindow();
+        QVERIFY(!first);
+        QVERIFY(manager.window());
+
+        manager.window()->close();
+        QTRY_VERIFY(!manager.window());
+        QCOMPARE(count(world.sim.application.calls, "policy accessory"), 1);
+        QCOMPARE(count(world.loginItems.calls, "register"), 1);
+        QVERIFY(!world.settings.welcomeScreenShown().get());
+    }
 };
 
-QTEST_MAIN(Placeholder)
+QTEST_MAIN(WelcomeWindowTest)
 #include "welcome_window_test.moc"
