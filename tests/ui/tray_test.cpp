@@ -1,8 +1,131 @@
+#include <QMenu>
+#include <QSystemTrayIcon>
 #include <QtTest>
 
-class Placeholder : public QObject {
-    Q_OBJECT
+#include "ui/settings_window.h"
+#include "ui/tray.h"
+#include "ui/ui_world.h"
+
+using namespace marzipel;
+
+namespace {
+
+struct NoWelcomeWindow final : WelcomeWindowPresenter {
+    void showWelcomeWindow() override {}
 };
 
-QTEST_MAIN(Placeholder)
+QAction* entry(const MarzipelTray& tray, const char* name) {
+    return tray.menu()->findChild<QAction*>(name);
+}
+
+/// The text a menu entry shows.
+QString shown(const QAction* action) { return action->text().replace("&&", "&"); }
+
+}  // namespace
+
+class TrayTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void statusLineFollowsTheState() {
+        UiWorld world;
+        world.runApp(7, "org.example.tomandjerry", "Tom & Jerry");
+        MarzipelState state;
+        TrayModel model(state, world.sim.workspace, world.sim.application);
+        OpenSettingsAccessAction openSettings(world.sim.application);
+        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        QAction* status = entry(tray, "statusLine");
+
+        QCOMPARE(shown(status), "Waiting for triggers...");
+        QVERIFY(!status->isEnabled());
+        world.sim.workspace.frontmostProcessId = 7;
+        state.setIsActive(true);
+        QCOMPARE(shown(status), "Active for Tom & Jerry");
+        world.sim.workspace.frontmostProcessId.reset();
+        state.setTriggerValue(true);
+        QCOMPARE(shown(status), "Active on this screen");
+        state.setIsActive(false);
+        QCOMPARE(shown(status), "Waiting for triggers...");
+    }
+
+    void quitTellsTheDelegateFirstAlsoFromTheKeyboard() {
+        UiWorld world;
+        NoWelcomeWindow welcome;
+        MarzipelApp app(world.sim.platform(world.settings, welcome));
+        OpenSettingsAccessAction openSettings(world.sim.application);
+        MarzipelTray tray(app.tray(), openSettings, world.sim.application, world.sim.systemLog);
+        std::vector<bool> wantedAtTerminate;
+        world.sim.application.onCall = [&](const std::string& call) {
+            if (call == "terminate") wantedAtTerminate.push_back(app.appDelegate().userWantsToQuit);
+        };
+
+        entry(tray, "quit")->trigger();
+        QCOMPARE(wantedAtTerminate, std::vector<bool>{true});
+
+        app.appDelegate().userWantsToQuit = false;
+        tray.menu()->popup(QPoint(20, 20));
+        QVERIFY(QTest::qWaitForWindowExposed(tray.menu()));
+        QTest::keyClick(tray.menu()->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+        QTRY_COMPARE(wantedAtTerminate, (std::vector<bool>{true, true}));
+    }
+
+    void aboutGoesThroughTheApplication() {
+        UiWorld world;
+        MarzipelState state;
+        TrayModel model(state, world.sim.workspace, world.sim.application);
+        OpenSettingsAccessAction openSettings(world.sim.application);
+        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        entry(tray, "about")->trigger();
+        QCOMPARE(world.sim.application.calls, (std::vector<std::string>{"activate", "about"}));
+    }
+
+    void configureOpensOneSettingsWindow_data() {
+        QTest::addColumn<int>("major");
+        QTest::addColumn<QString>("route");
+        QTest::newRow("13.0") << 13 << "send showSettingsWindow:";
+        QTest::newRow("14.0") << 14 << "activate";
+    }
+    void configureOpensOneSettingsWindow() {
+        QFETCH(int, major);
+        QFETCH(QString, route);
+        UiWorld world;
+        world.sim.application.version = {major, 0, 0};
+        MarzipelState state;
+        TrayModel model(state, world.sim.workspace, world.sim.application);
+        OpenSettingsAccessAction openSettings(world.sim.application);
+        SettingsWindowController controller(world.services(), openSettings);
+        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+
+        entry(tray, "configure")->trigger();
+        QVERIFY(controller.window());
+        QTRY_VERIFY(controller.window()->isVisible());
+        SettingsWindow* first = controller.window();
+        entry(tray, "configure")->trigger();
+        QCOMPARE(controller.window(), first);
+        QCOMPARE(world.sim.application.calls.back(), route.toStdString());
+        const auto windows = QApplication::topLevelWidgets();
+        QCOMPARE(std::count_if(windows.begin(), windows.end(),
+                               [](QWidget* w) { return qobject_cast<SettingsWindow*>(w); }),
+                 1);
+    }
+
+    void withoutSystemTraySaysSoAndKeepsItsMenu() {
+        if (QSystemTrayIcon::isSystemTrayAvailable()) QSKIP("this platform has a system tray");
+        UiWorld world;
+        MarzipelState state;
+        TrayModel model(state, world.sim.workspace, world.sim.application);
+        OpenSettingsAccessAction openSettings(world.sim.application);
+        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+
+        QCOMPARE(world.sim.systemLog.entries.size(), 1u);
+        QVERIFY(
+            world.sim.systemLog.entries[0].starts_with("com.orsavelt/MarzipelApp: No system tray"));
+        QCOMPARE(tray.menu()->actions().size(), 5);
+        const QImage mark = tray.trayIcon()->icon().pixmap(QSize(18, 18)).toImage();
+        QCOMPARE(mark.size(), QSize(18, 18));
+        QVERIFY(mark.pixelColor(9, 7).alpha() > 0);
+    }
+};
+
+QTEST_MAIN(TrayTest)
 #include "tray_test.moc"
