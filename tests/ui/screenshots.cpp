@@ -1,0 +1,197 @@
+// Renders every window in a light and a dark palette to PNG files, for people to look at.
+// Usage: marzipel_screenshots OUTPUT_FOLDER
+
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QPainter>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTabWidget>
+#include <cstdio>
+#include <functional>
+
+#include "core/marzipel_state.h"
+#include "core/tray_model.h"
+#include "ui/models/settings_access.h"
+#include "ui/settings_window.h"
+#include "ui/tray.h"
+#include "ui/ui_world.h"
+#include "ui/welcome_window.h"
+
+namespace marzipel {
+namespace {
+
+QPalette darkPalette() {
+    QPalette palette;
+    const QColor window(58, 58, 62), base(36, 36, 40), text(232, 232, 232);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, QColor(46, 46, 50));
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(60, 60, 64));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::ToolTipBase, base);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::Highlight, QColor(53, 132, 228));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+    }
+    palette.setColor(QPalette::Light, QColor(75, 75, 80));
+    palette.setColor(QPalette::Mid, QColor(70, 70, 74));
+    palette.setColor(QPalette::Dark, QColor(25, 25, 27));
+    return palette;
+}
+
+/// A rounded tile with a letter, standing in for an application's icon.
+Image tileIcon(QColor colour, QChar letter) {
+    QImage picture(128, 128, QImage::Format_ARGB32);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(colour);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(QRectF(8, 8, 112, 112), 26, 26);
+    painter.setPen(Qt::white);
+    QFont font = painter.font();
+    font.setPixelSize(64);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.drawText(picture.rect(), Qt::AlignCenter, QString(letter));
+    painter.end();
+    Image image{picture.width(), picture.height(), {}};
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        image.pixels.insert(image.pixels.end(), row, row + picture.width());
+    }
+    return image;
+}
+
+struct Player {
+    const char* path;
+    const char* id;
+    const char* name;
+    QColor colour;
+};
+
+const Player kPlayers[] = {
+    {"/Applications/VLC.app", "org.videolan.vlc", "VLC", QColor(240, 120, 0)},
+    {"/Applications/IINA.app", "com.colliderli.iina", "IINA", QColor(70, 90, 200)},
+    {"/Applications/Plex.app", "tv.plex.desktop", "Plex", QColor(40, 40, 40)},
+    {"/Applications/mpv.app", "io.mpv", "mpv", QColor(110, 50, 140)},
+};
+
+/// Installs the first `count` players in /Applications with their icons.
+void installPlayers(UiWorld& world, int count) {
+    for (int i = 0; i < count; ++i) {
+        const Player& player = kPlayers[i];
+        world.addBundle(player.path, player.id, player.name, "AppIcon");
+        world.bundleFiles.addEntry("/Applications", player.path);
+        if (auto item = world.catalog.appItem(player.path); item && item->iconPath) {
+            world.imageLoader.images[*item->iconPath] = tileIcon(player.colour, player.name[0]);
+        }
+    }
+}
+
+class Shooter {
+public:
+    explicit Shooter(QString folder) : folder_(std::move(folder)) {}
+
+    void save(QWidget& widget, const QString& name) {
+        widget.ensurePolished();
+        widget.adjustSize();
+        QApplication::processEvents();
+        const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
+        if (!widget.grab().save(path)) {
+            std::fprintf(stderr, "could not write %s\n", qPrintable(path));
+            failed_ = true;
+        }
+    }
+    void setPalette(const QString& name) { palette_ = name; }
+    bool failed() const { return failed_; }
+
+private:
+    QString folder_;
+    QString palette_;
+    bool failed_ = false;
+};
+
+void shootTray(Shooter& shooter) {
+    UiWorld world;
+    world.runApp(42, "org.videolan.vlc", "VLC");
+    world.sim.workspace.frontmostProcessId = 42;
+    MarzipelState state;
+    TrayModel model(state, world.sim.workspace, world.sim.application);
+    OpenSettingsAccessAction openSettings(world.sim.application);
+    MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+    shooter.save(*tray.menu(), "tray-waiting");
+    state.setIsActive(true);
+    shooter.save(*tray.menu(), "tray-active");
+}
+
+void shootSettings(Shooter& shooter) {
+    UiWorld world;
+    {
+        SettingsWindow window(world.services());
+        window.tabs()->setCurrentIndex(0);
+        shooter.save(window, "general");
+        window.viewModel().keyReleased(KeyRelease{'D', true, true, false});
+        QApplication::processEvents();
+        shooter.save(window, "general-advanced");
+        window.tabs()->setCurrentIndex(1);
+        shooter.save(window, "apps-empty");
+    }
+    installPlayers(world, 3);
+    for (int i = 0; i < 3; ++i) {
+        if (auto item = world.catalog.appItem(kPlayers[i].path))
+            world.settings.addTriggerApp(*item);
+    }
+    world.runApp(7, "org.mozilla.firefox", "Firefox");
+    world.runApp(8, "org.gnome.Totem", "Videos");
+    SettingsWindow window(world.services());
+    window.tabs()->setCurrentIndex(1);
+    shooter.save(window, "apps-three");
+}
+
+void shootWelcome(Shooter& shooter, int players, const QString& name) {
+    UiWorld world;
+    installPlayers(world, players);
+    WelcomeWindowManager manager(world.services());
+    manager.showWelcomeWindow();
+    if (QWidget* window = manager.window()) {
+        shooter.save(*window, name);
+        window->hide();
+    }
+}
+
+}  // namespace
+}  // namespace marzipel
+
+int main(int argc, char** argv) {
+    using namespace marzipel;
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: %s OUTPUT_FOLDER\n", argv[0]);
+        return 2;
+    }
+    QApplication app(argc, argv);
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    const QString folder = QString::fromLocal8Bit(argv[1]);
+    QDir().mkpath(folder);
+    Shooter shooter(folder);
+    const QPalette light = QApplication::style()->standardPalette();
+    for (const auto& [name, palette] :
+         {std::pair{QString("light"), light}, std::pair{QString("dark"), darkPalette()}}) {
+        QApplication::setPalette(palette);
+        shooter.setPalette(name);
+        shootTray(shooter);
+        shootSettings(shooter);
+        shootWelcome(shooter, 3, "welcome-found");
+        shootWelcome(shooter, 0, "welcome-none");
+    }
+    std::printf("screenshots written to %s\n", qPrintable(folder));
+    return shooter.failed() ? 1 : 0;
+}
