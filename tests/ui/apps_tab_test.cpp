@@ -122,13 +122,19 @@ private Q_SLOTS:
         UiWorld world;
         world.addBundle("/Applications/A.app", "com.example.a", "A");
         world.addBundle("/Applications/C.app", "com.example.c", "C");
+        world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
         world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
+        world.filePicker.refused = {"/Applications/Shut.app"};
         world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
-                                         "/Applications/C.app"};
+                                         "/Applications/Shut.app", "/Applications/C.app"};
         AppsTab tab(world.services());
         click(tab.findChild<QPushButton*>("browseButton"));
 
         QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
+        // Access is handed back for every file it was granted for, and only for those.
+        QCOMPARE(world.filePicker.released,
+                 (std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
+                                           "/Applications/C.app"}));
         QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
         QVERIFY(!tab.findChild<QMessageBox*>());
     }

@@ -32,9 +32,10 @@ struct UiWorld {
     ~UiWorld() { FileLogger::setShared(nullptr); }
 
     UiServices services() {
-        return UiServices{settings,       launchAtLogin,         sim.application, sim.workspace,
-                          sim.updater,    catalog,               filePicker,      imageLoader,
-                          sim.systemLog,  sim.userDirectories,   sim.clock,       sim.console};
+        return UiServices{
+            settings,  launchAtLogin, sim.application, sim.workspace, sim.updater,
+            catalog,   filePicker,    imageLoader,     sim.systemLog, sim.userDirectories,
+            sim.clock, sim.console};
     }
 
     /// An application bundle at `path` with this identifier, name and icon file name.
