@@ -111,6 +111,24 @@ public:
             failed_ = true;
         }
     }
+    /// `icon` at 2x on a light and a dark panel strip, as a tray would show it.
+    void savePanel(const QIcon& icon, const QString& name) {
+        QImage strip(2 * 96, 2 * 28, QImage::Format_ARGB32);
+        QPainter painter(&strip);
+        painter.fillRect(0, 0, strip.width() / 2, strip.height(), QColor(236, 236, 236));
+        painter.fillRect(strip.width() / 2, 0, strip.width() / 2, strip.height(),
+                         QColor(32, 32, 34));
+        const QPixmap pixmap = icon.pixmap(icon.actualSize(QSize(64, 18)), 2.0);
+        const QSizeF size = pixmap.deviceIndependentSize() * 2;
+        for (int half = 0; half < 2; ++half) {
+            const QPointF at(half * strip.width() / 2 + (strip.width() / 2 - size.width()) / 2,
+                             (strip.height() - size.height()) / 2);
+            painter.drawPixmap(QRectF(at, size), pixmap, pixmap.rect());
+        }
+        painter.end();
+        const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
+        if (!strip.save(path)) failed_ = true;
+    }
     void setPalette(const QString& name) { palette_ = name; }
     bool failed() const { return failed_; }
 
@@ -128,6 +146,7 @@ void shootTray(Shooter& shooter) {
     TrayModel model(state, world.sim.workspace, world.sim.application);
     OpenSettingsAccessAction openSettings(world.sim.application);
     MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+    shooter.savePanel(trayIconImage(), "tray-icon");
     shooter.save(*tray.menu(), "tray-waiting");
     state.setIsActive(true);
     shooter.save(*tray.menu(), "tray-active");
