@@ -1,6 +1,7 @@
 #include "detection/app_catalog.h"
 
 #include "detection/bundle_reader.h"
+#include "detection/known_video_apps.h"
 
 namespace marzipel {
 
@@ -18,6 +19,10 @@ bool BundleCatalog::isApplicationPath(std::string_view path) const {
 
 FolderListing BundleCatalog::listFolder(const std::string& folder) const {
     return files_.listFolder(folder);
+}
+
+bool BundleCatalog::isKnownVideoApp(std::string_view id) const {
+    return marzipel::isKnownVideoApp(id);
 }
 
 }  // namespace marzipel

@@ -24,6 +24,9 @@ public:
     virtual bool isApplicationPath(std::string_view path) const = 0;
     /// The direct entries of `folder`, or why it could not be read.
     virtual FolderListing listFolder(const std::string& folder) const = 0;
+    /// Whether `id` is one of the video players offered on first run and treated differently in
+    /// the apps list (exact, case-sensitive).
+    virtual bool isKnownVideoApp(std::string_view id) const = 0;
 };
 
 /// Application bundles (".app" folders with a "Contents/Info.plist"), found in "/Applications"
@@ -38,6 +41,7 @@ public:
     /// Ends in ".app", case-sensitively.
     bool isApplicationPath(std::string_view path) const override;
     FolderListing listFolder(const std::string& folder) const override;
+    bool isKnownVideoApp(std::string_view id) const override;
 
 private:
     const BundleFiles& files_;

@@ -1,7 +1,5 @@
 #include "detection/installed_video_apps.h"
 
-#include "detection/known_video_apps.h"
-
 namespace marzipel {
 
 std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog) {
@@ -21,7 +19,7 @@ std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog
         for (const std::string& path : listing.paths) {
             if (!catalog.isApplicationPath(path)) continue;
             std::optional<AppItem> item = catalog.appItem(path);
-            if (item && isKnownVideoApp(item->id)) found.push_back(std::move(*item));
+            if (item && catalog.isKnownVideoApp(item->id)) found.push_back(std::move(*item));
         }
     }
     return found;

@@ -138,7 +138,7 @@ void AppsTab::showTriggerApps() {
         appList_->clear();
         for (const AppItem& item : apps) {
             auto* row = new AppRow(item, imageLoader_);
-            if (AppsTabModel::hasVideoSwitch(item)) {
+            if (model_->hasVideoSwitch(item)) {
                 auto* video = symbolButton(IconName::film, "videoSwitch", row);
                 video->setCheckable(true);
                 video->setToolTip("Only when playing video (experimental)");

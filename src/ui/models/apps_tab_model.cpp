@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "detection/known_video_apps.h"
 #include "detection/running_app_items.h"
 #include "diagnostics/debug_log.h"
 
@@ -30,7 +29,9 @@ std::vector<AppItem> AppsTabModel::triggerApps() const {
     return items;
 }
 
-bool AppsTabModel::hasVideoSwitch(const AppItem& item) { return !isKnownVideoApp(item.id); }
+bool AppsTabModel::hasVideoSwitch(const AppItem& item) const {
+    return !services_.catalog.isKnownVideoApp(item.id);
+}
 
 bool AppsTabModel::onlyWhenPlayingVideo(const AppItem& item) const {
     const AppFeatures features = appFeatures_.value();

@@ -42,7 +42,7 @@ public:
     /// The stored trigger apps, by name.
     std::vector<AppItem> triggerApps() const;
     /// Whether a row shows the "only when playing video" switch: not for the known players.
-    static bool hasVideoSwitch(const AppItem& item);
+    bool hasVideoSwitch(const AppItem& item) const;
     bool onlyWhenPlayingVideo(const AppItem& item) const;
     /// Changes this app's switch only.
     void setOnlyWhenPlayingVideo(const AppItem& item, bool on);
