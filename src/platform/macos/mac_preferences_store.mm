@@ -4,7 +4,6 @@
 #include <map>
 #include <mutex>
 #include <utility>
-#include <vector>
 
 #include "platform/macos/foundation_bridge_objc.h"
 
@@ -20,7 +19,8 @@ char observationContext;
     NS_DESIGNATED_INITIALIZER;
 - (instancetype)init NS_UNAVAILABLE;
 @property(nonatomic, readonly) NSString* keyPath;
-/// Drops every notification from now on, including one already on its way.
+/// Drops every notification from now on, also one that key-value observing is about to hand
+/// over.
 - (void)stop;
 @end
 
@@ -60,8 +60,9 @@ char observationContext;
     delivered.key = _key;
     delivered.isPrior = [change[NSKeyValueChangeNotificationIsPriorKey] boolValue];
     delivered.oldValue = marzipel::plistValue(change[NSKeyValueChangeOldKey]);
-    if (!delivered.isPrior)
+    if (!delivered.isPrior) {
         delivered.newValue = marzipel::plistValue(change[NSKeyValueChangeNewKey]);
+    }
     _observer(delivered);
 }
 
