@@ -26,7 +26,7 @@ std::optional<LegacyOpenSettingsError> openSettingsLegacy(Application& applicati
 }
 
 OpenSettingsAccessAction::OpenSettingsAccessAction(Application& application)
-    : application_(application), usesLink_(hasPlatformSettingsLink(application)) {
+    : usesLink_(hasPlatformSettingsLink(application)) {
     if (!usesLink_) {
         openSettings_ = [&application]() -> std::optional<OpenActionFailure> {
             if (auto error = openSettingsLegacy(application)) return *error;

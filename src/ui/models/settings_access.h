@@ -58,7 +58,6 @@ public:
     bool isConnected() const { return static_cast<bool>(openSettings_); }
 
 private:
-    Application& application_;
     bool usesLink_;
     OpenSettingsFunction openSettings_;
 };
