@@ -1,0 +1,204 @@
+#include "platform/linux/linux_desktop_entries.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "platform/linux/icon_theme_lookup.h"
+#include "platform/linux/key_file.h"
+
+namespace marzipel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kGroup = "Desktop Entry";
+constexpr std::string_view kSuffix = ".desktop";
+
+std::string withoutTrailingSlashes(std::string folder) {
+    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    return folder;
+}
+
+bool isDirectory(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+/// The desktop-file id of a file at `relative` below an applications folder.
+std::string idFromRelativePath(const fs::path& relative) {
+    std::string id = relative.generic_string();
+    std::ranges::replace(id, '/', '-');
+    if (id.ends_with(kSuffix)) id.resize(id.size() - kSuffix.size());
+    return id;
+}
+
+/// `path` below `folder`, or nothing when it lies elsewhere.
+std::optional<fs::path> relativeBelow(const fs::path& path, const fs::path& folder) {
+    fs::path relative = path.lexically_relative(folder);
+    if (relative.empty() || relative == "." || *relative.begin() == "..") return std::nullopt;
+    return relative;
+}
+
+}  // namespace
+
+std::vector<std::string> xdgDataFolders(const std::optional<std::string>& home) {
+    std::vector<std::string> folders;
+    auto add = [&folders](std::string_view candidate) {
+        std::string folder = withoutTrailingSlashes(std::string(candidate));
+        if (folder.empty() || folder.front() != '/') return;
+        if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
+    };
+    std::optional<std::string> dataHome;
+    if (const char* value = std::getenv("XDG_DATA_HOME"); value && value[0] == '/') {
+        dataHome = withoutTrailingSlashes(value);
+    } else if (home) {
+        dataHome = withoutTrailingSlashes(*home) + "/.local/share";
+    }
+    if (dataHome) add(*dataHome);
+
+    const char* dirs = std::getenv("XDG_DATA_DIRS");
+    std::string_view list = dirs && *dirs ? dirs : "/usr/local/share:/usr/share";
+    while (!list.empty()) {
+        std::size_t colon = list.find(':');
+        add(list.substr(0, colon));
+        list = colon == std::string_view::npos ? std::string_view() : list.substr(colon + 1);
+    }
+    if (dataHome) add(*dataHome + "/flatpak/exports/share");
+    add("/var/lib/flatpak/exports/share");
+    add("/var/lib/snapd/desktop");
+    return folders;
+}
+
+LinuxDesktopEntries::LinuxDesktopEntries(std::vector<std::string> dataFolders) {
+    for (std::string& folder : dataFolders) {
+        folder = withoutTrailingSlashes(std::move(folder));
+        applicationFolders_.push_back(folder + "/applications");
+        dataFolders_.push_back(std::move(folder));
+    }
+}
+
+std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& path) const {
+    return readEntry(path, IconThemeLookup(dataFolders_), std::nullopt);
+}
+
+std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& path,
+                                                           const IconThemeLookup& icons,
+                                                           std::optional<std::string> id) const {
+    KeyFile file;
+    if (!file.loadFile(path, maxEntryBytes).empty() || !file.hasGroup(kGroup)) return std::nullopt;
+
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error).lexically_normal();
+    if (error) return std::nullopt;
+    if (!id) {
+        for (const std::string& folder : applicationFolders_) {
+            if (auto relative = relativeBelow(absolute, folder)) {
+                id = idFromRelativePath(*relative);
+                break;
+            }
+        }
+        if (!id) id = idFromRelativePath(absolute.filename());
+    }
+    if (id->empty()) return std::nullopt;
+
+    DesktopEntry entry;
+    entry.id = std::move(*id);
+    entry.path = absolute.string();
+    entry.name = file.localeString(kGroup, "Name").value_or("");
+    if (auto icon = file.localeString(kGroup, "Icon")) entry.iconPath = icons.find(*icon);
+    entry.startupWmClass = file.string(kGroup, "StartupWMClass");
+    entry.isApplication = file.string(kGroup, "Type") == "Application";
+    entry.noDisplay = file.boolean(kGroup, "NoDisplay").value_or(false);
+    entry.hidden = file.boolean(kGroup, "Hidden").value_or(false);
+    return entry;
+}
+
+std::vector<std::string> LinuxDesktopEntries::applicationFolders() const {
+    std::vector<std::string> existing;
+    std::ranges::copy_if(applicationFolders_, std::back_inserter(existing), isDirectory);
+    return existing;
+}
+
+FolderListing LinuxDesktopEntries::listFolder(const std::string& folder) const {
+    auto failure = [&](const std::error_code& error) {
+        return FolderListing{{},
+                             "The folder \"" + folder + "\" could not be read: " + error.message()};
+    };
+    std::error_code error;
+    const fs::path base = fs::absolute(folder, error);
+    if (error) return failure(error);
+    FolderListing listing;
+    fs::directory_iterator it(base, error);
+    for (; !error && it != fs::directory_iterator(); it.increment(error)) {
+        listing.paths.push_back(it->path().string());
+    }
+    if (error) return failure(error);
+    return listing;
+}
+
+std::optional<DesktopEntry> LinuxDesktopEntries::findById(std::string_view id) const {
+    if (id.empty() || id.find('/') != std::string_view::npos) return std::nullopt;
+    IconThemeLookup icons(dataFolders_);
+    for (const std::string& folder : applicationFolders_) {
+        if (auto entry = findIn(folder, id, id, icons)) return entry;
+    }
+    return std::nullopt;
+}
+
+std::optional<DesktopEntry> LinuxDesktopEntries::findIn(const std::string& folder,
+                                                        std::string_view rest, std::string_view id,
+                                                        const IconThemeLookup& icons) const {
+    if (auto entry = readEntry(folder + "/" + std::string(rest) + std::string(kSuffix), icons,
+                               std::string(id))) {
+        return entry;
+    }
+    // "kde4-foo" may also be "kde4/foo.desktop": try every dash that follows a real subfolder.
+    for (std::size_t dash = rest.find('-'); dash != std::string_view::npos;
+         dash = rest.find('-', dash + 1)) {
+        const std::string_view head = rest.substr(0, dash);
+        if (head.empty() || head == "." || head == "..") continue;
+        const std::string subfolder = folder + "/" + std::string(head);
+        if (!isDirectory(subfolder)) continue;
+        if (auto entry = findIn(subfolder, rest.substr(dash + 1), id, icons)) return entry;
+    }
+    return std::nullopt;
+}
+
+std::vector<DesktopEntry> LinuxDesktopEntries::allEntries() const {
+    IconThemeLookup icons(dataFolders_);
+    std::set<std::string, std::less<>> found;
+    std::vector<DesktopEntry> entries;
+    for (const std::string& folder : applicationFolders_) {
+        std::vector<std::pair<std::string, std::string>> files;  // id, path
+        std::error_code error;
+        fs::recursive_directory_iterator it(folder, fs::directory_options::skip_permission_denied,
+                                            error);
+        for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
+            const std::string name = it->path().filename().string();
+            std::error_code ignored;
+            if (name.size() <= kSuffix.size() || !name.ends_with(kSuffix) ||
+                !it->is_regular_file(ignored)) {
+                continue;
+            }
+            if (auto relative = relativeBelow(it->path(), folder)) {
+                files.emplace_back(idFromRelativePath(*relative), it->path().string());
+            }
+        }
+        std::ranges::sort(files);
+        for (auto& [id, path] : files) {
+            if (found.contains(id)) continue;
+            if (auto entry = readEntry(path, icons, id)) {
+                found.insert(std::move(id));
+                entries.push_back(std::move(*entry));
+            }
+        }
+    }
+    return entries;
+}
+
+}  // namespace marzipel

@@ -1,0 +1,201 @@
+#include "platform/linux/linux_desktop_entries.h"
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "support/scoped_env.h"
+#include "support/temp_folder.h"
+
+namespace marzipel {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string entryText(std::string_view name, std::string_view extra = "") {
+    return "[Desktop Entry]\nType=Application\nName=" + std::string(name) + "\nExec=true\n" +
+           std::string(extra);
+}
+
+class LinuxDesktopEntriesTest : public ::testing::Test {
+protected:
+    /// Writes `contents` at `relative` below `folder`, making the folders on the way.
+    std::string put(const std::string& folder, std::string_view relative,
+                    std::string_view contents = "") {
+        const fs::path path = fs::path(folder) / relative;
+        fs::create_directories(path.parent_path());
+        writeFile(path.string(), contents);
+        return path.string();
+    }
+
+    std::vector<std::string> ids(const std::vector<DesktopEntry>& entries) {
+        std::vector<std::string> result;
+        for (const DesktopEntry& entry : entries) result.push_back(entry.id);
+        return result;
+    }
+
+    TempFolder temp;
+    std::string user = temp / "home/.local/share";
+    std::string system = temp / "usr/share";
+    LinuxDesktopEntries entries{{user, system + "/"}};
+    ScopedEnv language{"LANGUAGE", "de_DE"};
+    ScopedEnv all{"LC_ALL", std::nullopt};
+};
+
+TEST_F(LinuxDesktopEntriesTest, ReadsTheFieldsOfAnEntry) {
+    const std::string path = put(system, "applications/org.videolan.VLC.desktop",
+                                 entryText("VLC media player",
+                                           "Name[de]=VLC-Medienwiedergabe\nName[fr]=Lecteur\n"
+                                           "StartupWMClass=vlc\n"));
+    std::optional<DesktopEntry> entry = entries.readEntry(path);
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->id, "org.videolan.VLC");
+    EXPECT_EQ(entry->path, path);
+    EXPECT_EQ(entry->name, "VLC-Medienwiedergabe");
+    EXPECT_EQ(entry->startupWmClass, "vlc");
+    EXPECT_TRUE(entry->isApplication);
+    EXPECT_FALSE(entry->noDisplay);
+    EXPECT_FALSE(entry->hidden);
+
+    language.set("es");
+    EXPECT_EQ(entries.readEntry(path)->name, "VLC media player");
+
+    entry = entries.readEntry(put(system, "applications/settings.desktop",
+                                  "[Desktop Entry]\nType=Link\nName=\xff\xfe\nNoDisplay=true\n"
+                                  "Hidden=true\n"));
+    ASSERT_TRUE(entry);
+    EXPECT_FALSE(entry->isApplication);
+    EXPECT_TRUE(entry->noDisplay);
+    EXPECT_TRUE(entry->hidden);
+    EXPECT_EQ(entry->name, "");
+    EXPECT_FALSE(entry->startupWmClass);
+}
+
+TEST_F(LinuxDesktopEntriesTest, FilesThatAreNotEntriesGiveNothing) {
+    EXPECT_FALSE(entries.readEntry(system + "/applications/missing.desktop"));
+    EXPECT_FALSE(entries.readEntry(
+        put(system, "applications/other-group.desktop", "[Desktop Action new]\nName=New\n")));
+    EXPECT_FALSE(entries.readEntry(
+        put(system, "applications/broken.desktop", "[Desktop Entry\nName=Broken\n")));
+    EXPECT_FALSE(entries.readEntry(put(system, "applications/binary.desktop",
+                                       std::string("\x7f"
+                                                   "ELF\0\0\x01",
+                                                   7))));
+    EXPECT_FALSE(entries.readEntry(put(system, "applications/.desktop", entryText("No id"))));
+    EXPECT_FALSE(entries.readEntry(system + "/applications"));
+
+    // A named pipe must not stall the reader.
+    const std::string pipe = system + "/applications/pipe.desktop";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(entries.readEntry(pipe));
+}
+
+TEST_F(LinuxDesktopEntriesTest, IdsJoinSubfoldersWithDashes) {
+    put(user, "applications/kde4/dragon.desktop", entryText("Dragon"));
+    put(system, "applications/kde4/games/patience.desktop", entryText("Patience"));
+    put(system, "applications/mpv.desktop", entryText("mpv"));
+    const std::string elsewhere = put(temp.path(), "Downloads/Player.desktop", entryText("P"));
+
+    EXPECT_EQ(entries.readEntry(user + "/applications/kde4/dragon.desktop")->id, "kde4-dragon");
+    EXPECT_EQ(entries.readEntry(elsewhere)->id, "Player");
+    EXPECT_EQ(ids(entries.allEntries()),
+              (std::vector<std::string>{"kde4-dragon", "kde4-games-patience", "mpv"}));
+
+    std::optional<DesktopEntry> found = entries.findById("kde4-games-patience");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, "Patience");
+    EXPECT_EQ(entries.findById("mpv")->path, system + "/applications/mpv.desktop");
+    EXPECT_FALSE(entries.findById("kde4-missing"));
+    EXPECT_FALSE(entries.findById("..-applications-mpv"));
+    EXPECT_FALSE(entries.findById("kde4/dragon"));
+}
+
+TEST_F(LinuxDesktopEntriesTest, TheUsersEntryShadowsTheSystemsUnlessItCannotBeRead) {
+    put(system, "applications/mpv.desktop", entryText("System mpv"));
+    put(system, "applications/vlc.desktop", entryText("System VLC"));
+    put(user, "applications/mpv.desktop", entryText("Own mpv", "Hidden=true\n"));
+    put(user, "applications/vlc.desktop", "not an entry");
+
+    std::vector<DesktopEntry> all = entries.allEntries();
+    ASSERT_EQ(ids(all), (std::vector<std::string>{"mpv", "vlc"}));
+    EXPECT_EQ(all[0].name, "Own mpv");
+    EXPECT_TRUE(all[0].hidden);
+    EXPECT_EQ(all[1].name, "System VLC");
+    EXPECT_EQ(entries.findById("mpv")->name, "Own mpv");
+    EXPECT_EQ(entries.findById("vlc")->name, "System VLC");
+}
+
+TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
+    int count = 0;
+    auto iconOf = [&](std::string_view icon) {
+        const std::string path =
+            put(system, "applications/app" + std::to_string(++count) + ".desktop",
+                entryText("App", "Icon=" + std::string(icon) + "\n"));
+        return entries.readEntry(path)->iconPath;
+    };
+    const std::string svg = put(system, "icons/hicolor/scalable/apps/vlc.svg");
+    put(user, "icons/hicolor/512x512/apps/vlc.png");
+    EXPECT_EQ(iconOf("vlc"), svg);
+
+    put(user, "icons/hicolor/48x48/apps/mpv.png");
+    put(user, "icons/hicolor/64x64/apps/other.png");
+    const std::string largest = put(system, "icons/hicolor/256x256/apps/mpv.png");
+    const std::string scaled = put(system, "icons/hicolor/128x128@2/apps/kodi.png");
+    put(system, "icons/hicolor/192x192/apps/kodi.png");
+    EXPECT_EQ(iconOf("mpv"), largest);
+    EXPECT_EQ(iconOf("mpv.png"), largest);
+    EXPECT_EQ(iconOf("kodi"), scaled);
+
+    const std::string pixmap = put(system, "pixmaps/smplayer.xpm");
+    EXPECT_EQ(iconOf("smplayer"), pixmap);
+    EXPECT_EQ(iconOf("smplayer.xpm"), pixmap);
+
+    const std::string absolute = put(temp.path(), "opt/player/icon.png");
+    EXPECT_EQ(iconOf(absolute), absolute);
+    EXPECT_EQ(iconOf(temp / "opt/player/missing.png"), std::nullopt);
+    EXPECT_EQ(iconOf("missing"), std::nullopt);
+    EXPECT_EQ(iconOf("../scalable/apps/vlc"), std::nullopt);
+    EXPECT_EQ(iconOf(""), std::nullopt);
+}
+
+TEST_F(LinuxDesktopEntriesTest, ListsOnlyApplicationFoldersThatExist) {
+    EXPECT_TRUE(entries.applicationFolders().empty());
+    put(system, "applications/mpv.desktop", entryText("mpv"));
+    put(user, "applications/vlc.desktop", entryText("VLC"));
+    EXPECT_EQ(entries.applicationFolders(),
+              (std::vector<std::string>{user + "/applications", system + "/applications"}));
+
+    EXPECT_EQ(entries.listFolder(user + "/applications").paths,
+              (std::vector<std::string>{user + "/applications/vlc.desktop"}));
+    FolderListing missing = entries.listFolder(temp / "nowhere");
+    EXPECT_TRUE(missing.paths.empty());
+    ASSERT_TRUE(missing.error);
+    EXPECT_NE(missing.error->find(temp / "nowhere"), std::string::npos);
+}
+
+TEST(XdgDataFoldersTest, FollowsTheEnvironmentAndAddsTheSandboxExports) {
+    ScopedEnv dataHome("XDG_DATA_HOME", std::nullopt);
+    ScopedEnv dataDirs("XDG_DATA_DIRS", std::nullopt);
+    EXPECT_EQ(
+        xdgDataFolders("/home/ann"),
+        (std::vector<std::string>{"/home/ann/.local/share", "/usr/local/share", "/usr/share",
+                                  "/home/ann/.local/share/flatpak/exports/share",
+                                  "/var/lib/flatpak/exports/share", "/var/lib/snapd/desktop"}));
+
+    dataHome.set("/data/ann/");
+    dataDirs.set("/var/lib/flatpak/exports/share/:relative/share::/usr/share:/usr/share/");
+    EXPECT_EQ(
+        xdgDataFolders(std::nullopt),
+        (std::vector<std::string>{"/data/ann", "/var/lib/flatpak/exports/share", "/usr/share",
+                                  "/data/ann/flatpak/exports/share", "/var/lib/snapd/desktop"}));
+
+    dataHome.set("relative");
+    dataDirs.set("");
+    EXPECT_EQ(
+        xdgDataFolders(std::nullopt),
+        (std::vector<std::string>{"/usr/local/share", "/usr/share",
+                                  "/var/lib/flatpak/exports/share", "/var/lib/snapd/desktop"}));
+}
+
+}  // namespace
+}  // namespace marzipel
