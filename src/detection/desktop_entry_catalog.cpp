@@ -1,0 +1,32 @@
+#include "detection/desktop_entry_catalog.h"
+
+#include "detection/bundle_reader.h"
+#include "detection/known_linux_video_apps.h"
+
+namespace marzipel {
+
+std::optional<AppItem> DesktopEntryCatalog::appItem(const std::string& path) const {
+    if (!isApplicationPath(path)) return bundles_.appItem(path);
+    std::optional<DesktopEntry> entry = entries_.readEntry(path);
+    if (!entry || !entry->isApplication || entry->noDisplay || entry->hidden) return std::nullopt;
+    std::string name = entry->name.empty() ? std::string(kUnknownAppName) : std::move(entry->name);
+    return AppItem{std::move(entry->id), std::move(name), std::move(entry->iconPath)};
+}
+
+std::vector<std::string> DesktopEntryCatalog::applicationFolders() const {
+    return entries_.applicationFolders();
+}
+
+bool DesktopEntryCatalog::isApplicationPath(std::string_view path) const {
+    return path.ends_with(".desktop");
+}
+
+FolderListing DesktopEntryCatalog::listFolder(const std::string& folder) const {
+    return entries_.listFolder(folder);
+}
+
+bool DesktopEntryCatalog::isKnownVideoApp(std::string_view id) const {
+    return isKnownLinuxVideoApp(id);
+}
+
+}  // namespace marzipel
