@@ -53,7 +53,7 @@ IconThemeLookup::IconThemeLookup(std::vector<std::string> dataFolders)
     : dataFolders_(std::move(dataFolders)), sizeFolders_(dataFolders_.size()) {}
 
 std::optional<std::string> IconThemeLookup::find(std::string_view icon) const {
-    if (icon.empty()) return std::nullopt;
+    if (icon.empty() || icon.find('\0') != std::string_view::npos) return std::nullopt;
     if (icon.front() == '/') {
         std::string path(icon);
         if (isFile(path)) return path;

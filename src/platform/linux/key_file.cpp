@@ -44,6 +44,7 @@ KeyFile::KeyFile() : file_(g_key_file_new()) {}
 KeyFile::~KeyFile() { g_key_file_free(file_); }
 
 std::string KeyFile::loadFile(const std::string& path, std::size_t maxBytes) {
+    if (path.find('\0') != std::string::npos) return "a path cannot hold a NUL character";
     // Non-blocking, so that a FIFO under a desktop-entry name cannot stall the caller.
     Descriptor file{open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
     if (file.value < 0) return path + ": " + std::strerror(errno);

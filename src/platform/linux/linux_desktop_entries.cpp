@@ -142,7 +142,9 @@ FolderListing LinuxDesktopEntries::listFolder(const std::string& folder) const {
 }
 
 std::optional<DesktopEntry> LinuxDesktopEntries::findById(std::string_view id) const {
-    if (id.empty() || id.find('/') != std::string_view::npos) return std::nullopt;
+    if (id.empty() || id.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos) {
+        return std::nullopt;
+    }
     IconThemeLookup icons(dataFolders_);
     for (const std::string& folder : applicationFolders_) {
         if (auto entry = findIn(folder, id, id, icons)) return entry;

@@ -108,6 +108,7 @@ TEST_F(LinuxDesktopEntriesTest, IdsJoinSubfoldersWithDashes) {
     EXPECT_FALSE(entries.findById("kde4-missing"));
     EXPECT_FALSE(entries.findById("..-applications-mpv"));
     EXPECT_FALSE(entries.findById("kde4/dragon"));
+    EXPECT_FALSE(entries.findById(std::string_view("kde4-dragon.desktop\0", 20)));
 }
 
 TEST_F(LinuxDesktopEntriesTest, TheUsersEntryShadowsTheSystemsUnlessItCannotBeRead) {

@@ -1,0 +1,88 @@
+// Feeds arbitrary bytes to the desktop-entry reader as an installed entry, and to the icon lookup
+// and the id search as an icon name and an id. Whatever comes back must hold: the id from the
+// file name, names in UTF-8, icons that are existing files. GLib's critical warnings (a caller's
+// misuse) abort.
+#include <glib.h>
+#include <stdlib.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/icon_theme_lookup.h"
+#include "platform/linux/key_file.h"
+#include "platform/linux/linux_desktop_entries.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path& workFolderPath() {
+    static fs::path folder;
+    return folder;
+}
+
+void removeWorkFolder() {
+    std::error_code ignored;
+    fs::remove_all(workFolderPath(), ignored);
+}
+
+void touch(const fs::path& path) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path) << "";
+}
+
+/// A data folder with an applications folder and a few icons for the lookup to find.
+const fs::path& dataFolder() {
+    fs::path& folder = workFolderPath();
+    if (folder.empty()) {
+        std::string pattern = fs::temp_directory_path() / "marzipel-fuzz-XXXXXX";
+        if (!mkdtemp(pattern.data())) std::abort();
+        folder = fs::path(pattern) / "share";
+        std::atexit(removeWorkFolder);
+        fs::create_directories(folder / "applications/kde4");
+        touch(folder / "icons/hicolor/scalable/apps/vlc.svg");
+        touch(folder / "icons/hicolor/48x48/apps/mpv.png");
+        touch(folder / "icons/hicolor/256x256/apps/mpv.png");
+        touch(folder / "icons/hicolor/32x32@2/apps/kodi.png");
+        touch(folder / "pixmaps/smplayer.xpm");
+        setenv("LANGUAGE", "de_DE:fr", 1);
+        g_log_set_always_fatal(
+            static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR));
+    }
+    return folder;
+}
+
+void checkIcon(const std::optional<std::string>& icon) {
+    std::error_code error;
+    if (icon && !fs::is_regular_file(*icon, error)) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fs::path& folder = dataFolder();
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const std::string path = (folder / "applications/kde4/fuzz.desktop").string();
+    std::ofstream(path, std::ios::binary | std::ios::trunc)
+        .write(input.data(), static_cast<std::streamsize>(input.size()));
+
+    marzipel::LinuxDesktopEntries entries({folder.string()});
+    if (std::optional<marzipel::DesktopEntry> entry = entries.readEntry(path)) {
+        if (entry->id != "kde4-fuzz" || entry->path != path) std::abort();
+        if (!marzipel::isValidUtf8(entry->name)) std::abort();
+        if (entry->startupWmClass && !marzipel::isValidUtf8(*entry->startupWmClass)) std::abort();
+        checkIcon(entry->iconPath);
+        std::optional<marzipel::DesktopEntry> found = entries.findById("kde4-fuzz");
+        if (!found || found->path != path) std::abort();
+    }
+
+    checkIcon(marzipel::IconThemeLookup({folder.string()}).find(input));
+    if (size < 200) {
+        if (auto entry = entries.findById(input); entry && entry->path != path) std::abort();
+    }
+    return 0;
+}
