@@ -23,9 +23,6 @@ public:
     /// Removes the entry; one that is already gone counts as removed.
     LoginItemResult unregisterItem() override;
 
-    /// The entry's path, when there is a configuration folder.
-    const std::optional<std::string>& entryPath() const { return entryPath_; }
-
 private:
     std::string executable_;
     std::optional<std::string> entryPath_;
