@@ -1,0 +1,171 @@
+#include "platform/linux/x11_space_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <filesystem>
+
+#include "x_session.h"
+
+namespace marzipel {
+namespace {
+
+class RecordingSystemLog final : public SystemLog {
+public:
+    void error(std::string_view subsystem, std::string_view category,
+               std::string_view message) override {
+        lines.push_back(std::string(subsystem) + " " + std::string(category) + " " +
+                        std::string(message));
+    }
+    std::vector<std::string> lines;
+};
+
+/// Runs the Qt event loop until `condition` holds or `timeout` has passed.
+bool processEventsUntil(const std::function<bool()>& condition,
+                        std::chrono::milliseconds timeout = 5s) {
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    deadline.start(timeout);
+    while (!condition() && deadline.isActive())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return condition();
+}
+
+/// What the monitor answered inside its handler, and which window was active then.
+struct Post {
+    xcb_window_t activeWindow;
+    bool onActiveSpace;
+};
+
+class X11SpaceMonitorTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        monitor.setActiveSpaceChangedHandler([this] {
+            posts.push_back({client.x().activeWindow(), monitor.isOnActiveSpace()});
+        });
+    }
+
+    /// Lets the monitor read everything the server sent it so far.
+    void settle() {
+        client.x().sync();
+        QCoreApplication::processEvents();
+    }
+
+    /// Waits for a post made after the last settle() while `window` was active.
+    ::testing::AssertionResult postedWhile(xcb_window_t window, bool onActiveSpace) {
+        const auto found = [&] {
+            return std::any_of(posts.begin() + static_cast<std::ptrdiff_t>(settled), posts.end(),
+                               [&](const Post& post) {
+                                   return post.activeWindow == window &&
+                                          post.onActiveSpace == onActiveSpace;
+                               });
+        };
+        if (processEventsUntil(found)) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure()
+               << "no post with window " << window << " active and isOnActiveSpace() "
+               << onActiveSpace << " among " << posts.size() - settled << " new posts";
+    }
+
+    void act(const std::function<void()>& action) {
+        settle();
+        settled = posts.size();
+        action();
+    }
+
+    XSession session;
+    XClient& client = session.client();
+    RecordingSystemLog log;
+    X11SpaceMonitor monitor{log, session.display()};
+    std::vector<Post> posts;
+    std::size_t settled = 0;
+};
+
+TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
+    EXPECT_TRUE(monitor.isOnActiveSpace());
+    xcb_window_t player = XCB_WINDOW_NONE;
+    act([&] {
+        player = client.createWindow({.processId = 4242});
+        client.activate(player);
+    });
+    EXPECT_TRUE(postedWhile(player, true));
+
+    act([&] { client.setFullScreen(player, true); });
+    EXPECT_TRUE(postedWhile(player, false));
+    EXPECT_FALSE(monitor.isOnActiveSpace());
+
+    act([&] { client.switchToDesktop(1); });
+    EXPECT_TRUE(postedWhile(XCB_WINDOW_NONE, true));
+
+    act([&] {
+        client.switchToDesktop(0);
+        client.activate(player);
+    });
+    EXPECT_TRUE(postedWhile(player, false));
+
+    act([&] { client.setFullScreen(player, false); });
+    EXPECT_TRUE(postedWhile(player, true));
+    EXPECT_TRUE(monitor.isOnActiveSpace());
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(X11SpaceMonitorTest, PostsAgainForEveryMoveBetweenFullScreenWindows) {
+    const auto first = client.createWindow({.processId = 4242});
+    const auto second = client.createWindow({.processId = 4343});
+    for (const auto window : {first, second}) {
+        client.activate(window);
+        client.setFullScreen(window, true);
+    }
+
+    for (const auto window : {first, second, first, second}) {
+        act([&] { client.activate(window); });
+        EXPECT_TRUE(postedWhile(window, false));
+    }
+    // The window now watched is the second one: its own state change must be seen.
+    act([&] { client.setFullScreen(second, false); });
+    EXPECT_TRUE(postedWhile(second, true));
+}
+
+TEST_F(X11SpaceMonitorTest, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
+    const auto player = client.createWindow({.processId = 4242});
+    client.activate(player);
+    client.setFullScreen(player, true);
+    settle();
+    ASSERT_FALSE(monitor.isOnActiveSpace());
+
+    session.stopServer();
+    ASSERT_TRUE(processEventsUntil([&] { return !log.lines.empty(); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines.front().rfind("com.orsavelt MarzipelApp ", 0), 0u) << log.lines.front();
+    EXPECT_TRUE(monitor.isOnActiveSpace());
+}
+
+/// A display number that no server is using now.
+std::string deadDisplay() {
+    for (int number = 4000;; ++number) {
+        const auto n = std::to_string(number);
+        if (!std::filesystem::exists("/tmp/.X" + n + "-lock") &&
+            !std::filesystem::exists("/tmp/.X11-unix/X" + n))
+            return ":" + n;
+    }
+}
+
+TEST(X11WithoutDisplayTest, StaysQuietAnswersTrueAndSaysSoOnce) {
+    const auto display = deadDisplay();
+    RecordingSystemLog log;
+    X11SpaceMonitor monitor(log, display);
+    int calls = 0;
+    monitor.setActiveSpaceChangedHandler([&] { ++calls; });
+    QCoreApplication::processEvents();
+
+    EXPECT_TRUE(monitor.isOnActiveSpace());
+    EXPECT_FALSE(monitor.mainBundleIsAgent());
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_NE(log.lines.front().find(display), std::string::npos) << log.lines.front();
+    EXPECT_EQ(calls, 0);
+}
+
+}  // namespace
+}  // namespace marzipel

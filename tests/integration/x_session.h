@@ -1,0 +1,91 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/x11_connection.h"
+#include "support/temp_folder.h"
+
+namespace marzipel {
+
+using namespace std::chrono_literals;
+
+/// A program started by the test, ended (SIGTERM, then SIGKILL) when this goes away, and by
+/// the kernel when the test process dies first.
+class ChildProcess {
+public:
+    ChildProcess() = default;
+    ~ChildProcess() { stop(); }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// Runs `argv` with `environment`, its output thrown away; `inheritedFd` stays open in it.
+    void start(const std::vector<std::string>& argv, const std::vector<std::string>& environment,
+               int inheritedFd = -1);
+    void stop();
+
+private:
+    pid_t pid_ = -1;
+};
+
+/// One window of the test's own.
+struct TestWindow {
+    std::optional<std::uint32_t> processId = std::nullopt;
+    std::string instance = "testwindow";
+    std::string className = "TestWindow";
+    bool skipTaskbar = false;
+    bool utility = false;
+    std::optional<std::string> gtkApplicationId = std::nullopt;
+};
+
+/// A client of the test's X server that makes windows and asks the window manager for focus
+/// and full screen as a pager would, waiting for each to take effect. Failing waits throw.
+class XClient {
+public:
+    explicit XClient(const std::string& display);
+
+    const X11Connection& x() const { return x_; }
+    /// Maps a window and waits until the window manager lists it.
+    xcb_window_t createWindow(const TestWindow& window);
+    void activate(xcb_window_t window);
+    void setFullScreen(xcb_window_t window, bool fullScreen);
+    void switchToDesktop(std::uint32_t desktop);
+    /// Waits, reading this client's events, until `condition` holds.
+    bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s);
+    /// Sends the window manager a client message about `window`.
+    void askWindowManager(xcb_window_t window, xcb_atom_t type,
+                          std::vector<std::uint32_t> data) const;
+
+private:
+    void expect(const std::function<bool()>& condition, const std::string& what);
+
+    X11Connection x_;
+};
+
+/// A private X server (Xvfb on a free display) managed by openbox, with a client connected.
+class XSession {
+public:
+    /// Throws when the server or the window manager is not ready within a deadline.
+    XSession();
+
+    const std::string& display() const { return display_; }
+    XClient& client() { return *client_; }
+    /// Ends the X server, as when the session goes away under the program.
+    void stopServer() { server_.stop(); }
+
+private:
+    TempFolder home_;
+    ChildProcess server_;
+    ChildProcess windowManager_;
+    std::string display_;
+    std::unique_ptr<XClient> client_;
+};
+
+}  // namespace marzipel
