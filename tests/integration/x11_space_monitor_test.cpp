@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+#include "fake_desktop_entries.h"
+#include "platform/linux/x11_workspace.h"
 #include "x_session.h"
 
 namespace marzipel {
@@ -140,6 +142,11 @@ TEST_F(X11SpaceMonitorTest, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
     EXPECT_EQ(log.lines.size(), 1u);
     EXPECT_EQ(log.lines.front().rfind("com.orsavelt MarzipelApp ", 0), 0u) << log.lines.front();
     EXPECT_TRUE(monitor.isOnActiveSpace());
+
+    FakeDesktopEntries entries;
+    X11Workspace workspace(entries, session.display());
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    EXPECT_TRUE(workspace.runningApplications().empty());
 }
 
 /// A display number that no server is using now.
@@ -165,6 +172,12 @@ TEST(X11WithoutDisplayTest, StaysQuietAnswersTrueAndSaysSoOnce) {
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_NE(log.lines.front().find(display), std::string::npos) << log.lines.front();
     EXPECT_EQ(calls, 0);
+
+    FakeDesktopEntries entries;
+    X11Workspace workspace(entries, display);
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    EXPECT_TRUE(workspace.runningApplications().empty());
+    EXPECT_EQ(workspace.runningApplication(4242), std::nullopt);
 }
 
 }  // namespace
