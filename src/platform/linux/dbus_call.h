@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantMap>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace marzipel::dbus {
+
+/// Long enough for a busy service, short enough that a hung one cannot freeze the program.
+inline constexpr int kCallTimeoutMs = 1500;
+
+/// Where a method lives on a bus.
+struct Address {
+    QString service;
+    QString path;
+    QString interface;
+};
+
+/// One blocking call. A missing, failing or hung service gives an error reply, never an exception.
+QDBusMessage call(const QDBusConnection& bus, const Address& at, const QString& method,
+                  const QVariantList& arguments = {});
+
+/// The first value of a successful reply; nothing for an error reply or an empty one.
+std::optional<QVariant> firstResult(const QDBusMessage& reply);
+
+/// Every property of an interface; nothing when the object does not answer.
+std::optional<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at);
+
+std::optional<QVariant> property(const QDBusConnection& bus, const Address& at,
+                                 const QString& name);
+
+/// The error reply of the Set call, or a plain reply on success.
+QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
+                         const QVariant& value);
+
+/// Whether some connection owns `name` right now; false when the bus itself does not answer.
+bool hasOwner(const QDBusConnection& bus, const QString& name);
+
+/// Every name on the bus; nothing when the bus does not answer.
+std::optional<QStringList> names(const QDBusConnection& bus);
+
+/// The process behind a bus name (unique or well known).
+std::optional<std::int32_t> processId(const QDBusConnection& bus, const QString& name);
+
+/// "name: message" of an error reply, for the system log.
+std::string errorText(const QDBusMessage& reply);
+
+}  // namespace marzipel::dbus

@@ -1,0 +1,20 @@
+#pragma once
+
+namespace marzipel {
+
+/// One way of reaching the keyboard backlight, in fractions of its highest level (0.0 to 1.0).
+/// Main thread only. Failures are written to the system log, never raised.
+class KeyboardBacklight {
+public:
+    virtual ~KeyboardBacklight() = default;
+    /// 0.0 when the level cannot be read.
+    virtual float brightness() = 0;
+    virtual void setBrightness(float value) = 0;
+};
+
+/// `level` of 0..`maxLevel` as a fraction; 0.0 when there are no levels.
+float fractionOfLevel(int level, int maxLevel);
+/// The level nearest to `fraction`, within 0..`maxLevel`.
+int levelOfFraction(float fraction, int maxLevel);
+
+}  // namespace marzipel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/brightness_service.h"
+#include "platform/system_log.h"
+
+namespace marzipel {
+
+/// Keyboard backlight and blue-light filter of a Linux desktop, reached over D-Bus. Needs a Qt
+/// application object, as every QtDBus user does.
+///
+/// Keyboard: UPower's keyboard backlight, else a kernel keyboard LED (read from its files and
+/// written through logind), else none: reads then give 0.0 and writes do nothing, which keeps the
+/// program running for the blue-light filter alone. Blue light: GNOME's Night Light, else KWin's
+/// Night Color; with neither on the session bus there is no blue-light client.
+class LinuxBrightnessServiceFactory final : public BrightnessServiceFactory {
+public:
+    /// Looks for the keyboard backlight once; writes one line to `log` when there is none.
+    explicit LinuxBrightnessServiceFactory(SystemLog& log,
+                                           std::filesystem::path ledsFolder = "/sys/class/leds");
+
+    /// Never null. Looks for the blue-light service afresh.
+    std::unique_ptr<BrightnessService> create() override;
+
+private:
+    enum class Keyboard { upower, led, none };
+
+    SystemLog& log_;
+    Keyboard keyboard_ = Keyboard::none;
+    std::filesystem::path led_;
+};
+
+}  // namespace marzipel

@@ -1,0 +1,54 @@
+#include "platform/linux/upower_keyboard_backlight.h"
+
+#include <optional>
+#include <string>
+
+#include "platform/linux/dbus_call.h"
+
+namespace marzipel {
+namespace {
+
+const dbus::Address kKbdBacklight{"org.freedesktop.UPower", "/org/freedesktop/UPower/KbdBacklight",
+                                  "org.freedesktop.UPower.KbdBacklight"};
+
+/// The integer answer of a method without arguments, or the error reply.
+std::optional<int> askLevel(const char* method, QDBusMessage& reply) {
+    reply = dbus::call(QDBusConnection::systemBus(), kKbdBacklight, method);
+    std::optional<QVariant> value = dbus::firstResult(reply);
+    if (!value) return std::nullopt;
+    return value->toInt();
+}
+
+}  // namespace
+
+bool UPowerKeyboardBacklight::available() {
+    QDBusMessage reply;
+    std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
+    return maxLevel && *maxLevel > 0;
+}
+
+float UPowerKeyboardBacklight::brightness() {
+    QDBusMessage reply;
+    std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
+    std::optional<int> level = maxLevel ? askLevel("GetBrightness", reply) : std::nullopt;
+    if (!level) {
+        log_.error(kAppLogSubsystem, kAppLogCategory,
+                   "Could not read the keyboard backlight from UPower: " + dbus::errorText(reply));
+        return 0.0f;
+    }
+    return fractionOfLevel(*level, *maxLevel);
+}
+
+void UPowerKeyboardBacklight::setBrightness(float value) {
+    QDBusMessage reply;
+    std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
+    if (maxLevel) {
+        reply = dbus::call(QDBusConnection::systemBus(), kKbdBacklight, "SetBrightness",
+                           {levelOfFraction(value, *maxLevel)});
+        if (reply.type() == QDBusMessage::ReplyMessage) return;
+    }
+    log_.error(kAppLogSubsystem, kAppLogCategory,
+               "Could not set the keyboard backlight through UPower: " + dbus::errorText(reply));
+}
+
+}  // namespace marzipel
