@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+#include <limits>
+#include <memory>
+
+#include "mock_service.h"
+#include "night_light_keys_writer.h"
+#include "support/temp_folder.h"
+#include "test_world.h"
+
+namespace marzipel::dbustest {
+namespace {
+
+const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
+
+bool colorProperty(const char* name) {
+    QDBusMessage message = QDBusMessage::createMethodCall(kColor, "/org/gnome/SettingsDaemon/Color",
+                                                          "org.freedesktop.DBus.Properties", "Get");
+    message.setArguments({kColor, QString::fromLatin1(name)});
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
+    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
+bool colorServiceUp() {
+    const auto reply = QDBusConnection::sessionBus().interface()->isServiceRegistered(kColor);
+    return reply.isValid() && reply.value();
+}
+
+double hoursFromNow(double offset) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    const double hours = local.tm_hour + local.tm_min / 60.0 + offset;
+    return std::fmod(hours + 24.0, 24.0);
+}
+
+std::string keyfile() {
+    return readFile((scratchFolder() / "config/glib-2.0/settings/keyfile").string());
+}
+
+TEST(NightLightScheduleKeys, FractionalHoursBecomeTimesOfDay) {
+    using Time = BlueLightStatus::Time;
+    EXPECT_EQ(timeOfFractionalHours(20.5), (Time{20, 30}));
+    EXPECT_EQ(timeOfFractionalHours(21.0 + 10.0 / 60), (Time{21, 10}));
+    EXPECT_EQ(timeOfFractionalHours(23.99), (Time{23, 59}));
+    EXPECT_EQ(timeOfFractionalHours(23.999), (Time{0, 0}));
+    EXPECT_EQ(timeOfFractionalHours(24.0), (Time{0, 0}));
+    EXPECT_EQ(timeOfFractionalHours(-1.0), (Time{23, 0}));
+    EXPECT_EQ(timeOfFractionalHours(std::numeric_limits<double>::quiet_NaN()), (Time{0, 0}));
+}
+
+/// The real gnome-settings-daemon colour plugin, on a private X server, this program's session
+/// bus and its GSettings keyfile.
+class GnomeNightLightTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        if (!std::filesystem::exists(GSD_COLOR_PROGRAM)) return;
+        home_ = std::make_unique<TempFolder>();
+        xServer_ = std::make_unique<Child>();
+        display_ = ":" + startAndReadLine(*xServer_, {XVFB_PROGRAM, "-displayfd", "1", "-nolisten",
+                                                      "tcp", "-screen", "0", "640x480x24"});
+    }
+    static void TearDownTestSuite() {
+        xServer_.reset();
+        home_.reset();
+    }
+
+    void SetUp() override {
+        if (!xServer_) GTEST_SKIP() << GSD_COLOR_PROGRAM << " is not installed";
+        // On from an hour ago to an hour from now: the schedule says "on" whatever the time.
+        writeNightLightScheduleKeys(
+            {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
+        startDaemon();
+    }
+
+    void startDaemon() {
+        const std::filesystem::path runtime = home_->path() / "runtime";
+        std::filesystem::create_directories(runtime);
+        std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
+        // Now and then gsd-color ends at once, silently and with status 0; only a fresh start
+        // helps then.
+        for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
+            daemon_ =
+                Child({GSD_COLOR_PROGRAM}, {"DISPLAY=" + display_, "HOME=" + home_->path().string(),
+                                            "XDG_RUNTIME_DIR=" + runtime.string()});
+            waitUntil([&] { return colorServiceUp() || !daemon_.running(); });
+        }
+        ASSERT_TRUE(colorServiceUp()) << "gsd-color did not come up";
+        ASSERT_TRUE(waitUntil([] { return colorProperty("NightLightActive"); }))
+            << "gsd-color did not switch Night Light on for the schedule";
+    }
+
+    void stopDaemon() {
+        daemon_.stop();
+        ASSERT_TRUE(waitUntil([] { return !colorServiceUp(); }));
+    }
+
+    static inline std::unique_ptr<TempFolder> home_;
+    static inline std::unique_ptr<Child> xServer_;
+    static inline std::string display_;
+    Child daemon_;
+    RecordingLog log_;
+};
+
+TEST_F(GnomeNightLightTest, OffAndOnGoThroughDisabledUntilTomorrowAndLeaveTheUsersKeys) {
+    auto service = createWithoutKeyboard(log_);
+    ASSERT_TRUE(service->hasBlueLightClient());
+    const std::string keysBefore = keyfile();
+
+    BlueLightStatus status = service->getBlueLightStatus();
+    EXPECT_TRUE(status.enabled);
+    EXPECT_EQ(status.mode, 2);
+    EXPECT_EQ(status.from, timeOfFractionalHours(hoursFromNow(-1)));
+    EXPECT_EQ(status.to, timeOfFractionalHours(hoursFromNow(1)));
+
+    service->setEnabled(false);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_TRUE(colorProperty("NightLightActive"));
+    EXPECT_FALSE(service->getBlueLightStatus().enabled);
+
+    service->setEnabled(true);
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_TRUE(service->getBlueLightStatus().enabled);
+
+    // The restore of a sunset-to-sunrise schedule: "no schedule", then the schedule again.
+    service->setEnabled(false);
+    service->setMode(0);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    service->setMode(1);
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+
+    EXPECT_EQ(keyfile(), keysBefore);
+    EXPECT_TRUE(log_.lines.empty());
+}
+
+TEST_F(GnomeNightLightTest, ModeFollowsTheUsersKeys) {
+    auto service = createWithoutKeyboard(log_);
+
+    writeNightLightScheduleKeys({.enabled = true, .automatic = true, .from = 20.5, .to = 6.25});
+    EXPECT_EQ(service->getBlueLightStatus().mode, 1);
+    EXPECT_EQ(service->getBlueLightStatus().from, BlueLightStatus::Time{});
+
+    writeNightLightScheduleKeys({.enabled = false, .automatic = false, .from = 20.5, .to = 6.25});
+    ASSERT_TRUE(waitUntil([] { return !colorProperty("NightLightActive"); }));
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+}
+
+TEST_F(GnomeNightLightTest, VanishingDaemonIsSurvivedAndSaysWhy) {
+    auto service = createWithoutKeyboard(log_);
+    service->setEnabled(false);
+    stopDaemon();
+
+    EXPECT_FALSE(service->getBlueLightStatus().enabled);
+    service->setEnabled(true);
+    ASSERT_EQ(log_.lines.size(), 2u);
+    EXPECT_NE(log_.lines[1].find("Could not switch Night Light"), std::string::npos);
+
+    startDaemon();
+    service->setEnabled(false);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    service->setEnabled(true);
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+}
+
+}  // namespace
+}  // namespace marzipel::dbustest

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <memory>
+
+#include "mock_service.h"
+#include "platform/linux/keyboard_backlight.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "support/temp_folder.h"
+#include "test_world.h"
+
+namespace marzipel::dbustest {
+namespace {
+
+const QString kUPower = QStringLiteral("org.freedesktop.UPower");
+const QString kKbdPath = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
+
+std::unique_ptr<MockService> startUPower(int max, int level) {
+    return std::make_unique<MockService>(
+        "upower_kbd_backlight", kUPower, true,
+        "{\"max\": " + std::to_string(max) + ", \"level\": " + std::to_string(level) + "}");
+}
+
+std::vector<int> levelsSet(const MockService& upower) {
+    std::vector<int> levels;
+    for (const QVariantList& arguments : upower.calls(kKbdPath, "SetBrightness")) {
+        levels.push_back(arguments.at(0).toInt());
+    }
+    return levels;
+}
+
+TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
+    EXPECT_EQ(levelOfFraction(0.5f, 3), 2);
+    EXPECT_EQ(levelOfFraction(0.49f, 3), 1);
+    EXPECT_EQ(levelOfFraction(0.0f, 3), 0);
+    EXPECT_EQ(levelOfFraction(1.7f, 3), 3);
+    EXPECT_EQ(levelOfFraction(-0.2f, 3), 0);
+    EXPECT_EQ(levelOfFraction(std::numeric_limits<float>::quiet_NaN(), 3), 0);
+    EXPECT_EQ(levelOfFraction(0.5f, 0), 0);
+    EXPECT_FLOAT_EQ(fractionOfLevel(1, 3), 1.0f / 3);
+    EXPECT_FLOAT_EQ(fractionOfLevel(5, 3), 1.0f);
+    EXPECT_FLOAT_EQ(fractionOfLevel(2, 0), 0.0f);
+}
+
+TEST(UPowerKeyboard, MapsLevelsBothWaysAndSendsEachWrite) {
+    auto upower = startUPower(3, 1);
+    RecordingLog log;
+    TempFolder noLeds;
+    LinuxBrightnessServiceFactory factory(log, noLeds.path());
+    auto service = factory.create();
+
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 1.0f / 3);
+    service->setBrightness(0.5f, 1);
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 2.0f / 3);
+    service->setBrightness(0.0f, 1);
+    service->setBrightness(1.0f, 1);
+    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{2, 0, 3}));
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
+    auto upower = startUPower(4, 4);
+    RecordingLog log;
+    TempFolder noLeds;
+    LinuxBrightnessServiceFactory factory(log, noLeds.path());
+    auto service = factory.create();
+    upower->stop();
+
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
+    service->setBrightness(0.25f, 1);
+    ASSERT_EQ(log.lines.size(), 2u);
+    EXPECT_NE(log.lines[1].find("Could not set the keyboard backlight"), std::string::npos);
+
+    upower = startUPower(4, 1);
+    service->setBrightness(0.75f, 1);
+    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{3}));
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
+}
+
+TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {
+    RecordingLog log;
+    TempFolder leds;
+    std::filesystem::create_directory(leds.path() / "input3::capslock");
+    LinuxBrightnessServiceFactory factory(log, leds.path());
+    auto first = factory.create();
+    auto second = factory.create();
+
+    ASSERT_TRUE(first && second);
+    EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
+    first->setBrightness(0.5f, 1);
+    EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_NE(log.lines[0].find("No keyboard backlight"), std::string::npos);
+}
+
+TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
+    TempFolder leds;
+    const auto led = leds.path() / "tpacpi::kbd_backlight";
+    std::filesystem::create_directories(led);
+    std::filesystem::create_directory(leds.path() / "input3::capslock");
+    writeFile(led / "max_brightness", "2\n");
+    writeFile(led / "brightness", "1\n");
+
+    MockService logind("logind", "org.freedesktop.login1", true);
+    const QString session = QStringLiteral("/org/freedesktop/login1/session/auto");
+    logind.control("/org/freedesktop/login1", "AddSession",
+                   {"auto", "seat0", QVariant::fromValue(1000u), "user", true});
+    // Like logind, the mock changes the LED's file.
+    logind.control(session, "AddMethod",
+                   {"org.freedesktop.login1.Session", "SetBrightness", "ssu", "",
+                    QString::fromStdString("open('" + (led / "brightness").string() +
+                                           "', 'w').write(str(args[2]))")});
+
+    RecordingLog log;
+    LinuxBrightnessServiceFactory factory(log, leds.path());
+    auto service = factory.create();
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.5f);
+    service->setBrightness(1.0f, 1);
+    service->setBrightness(0.0f, 1);
+
+    const auto calls = logind.calls(session, "SetBrightness");
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[0], (QVariantList{"leds", "tpacpi::kbd_backlight", 2u}));
+    EXPECT_EQ(calls[1].at(2).toUInt(), 0u);
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
+    EXPECT_TRUE(log.lines.empty());
+}
+
+}  // namespace
+}  // namespace marzipel::dbustest

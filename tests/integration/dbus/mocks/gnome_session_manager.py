@@ -1,0 +1,18 @@
+'''GNOME's session manager with the "inhibitors" given: each {"flags": u, "app_id": s}.'''
+
+BUS_NAME = 'org.gnome.SessionManager'
+MAIN_OBJ = '/org/gnome/SessionManager'
+MAIN_IFACE = 'org.gnome.SessionManager'
+SYSTEM_BUS = False
+
+
+def load(mock, parameters):
+    paths = []
+    for number, inhibitor in enumerate(parameters.get('inhibitors', [])):
+        path = f'/org/gnome/SessionManager/Inhibitor{number}'
+        mock.AddObject(path, 'org.gnome.SessionManager.Inhibitor', {}, [
+            ('GetFlags', '', 'u', f'ret = {inhibitor["flags"]}'),
+            ('GetAppId', '', 's', f'ret = {inhibitor["app_id"]!r}'),
+        ])
+        paths.append(path)
+    mock.AddMethods(MAIN_IFACE, [('GetInhibitors', '', 'ao', f'ret = {paths!r}')])
