@@ -121,7 +121,7 @@ void XClient::expect(const std::function<bool()>& condition, const std::string& 
     if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
-xcb_window_t XClient::createWindow(const TestWindow& spec) {
+xcb_window_t XClient::createWindow(const TestWindow& shape) {
     xcb_connection_t* c = x_.get();
     const auto& atoms = x_.ewmh();
     const xcb_window_t window = xcb_generate_id(c);
@@ -134,18 +134,18 @@ xcb_window_t XClient::createWindow(const TestWindow& spec) {
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, 32,
                             static_cast<std::uint32_t>(values.size()), values.data());
     };
-    if (spec.processId) setAtoms(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, {*spec.processId});
-    const std::string wmClass = spec.instance + '\0' + spec.className + '\0';
+    if (shape.processId) setAtoms(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, {*shape.processId});
+    const std::string wmClass = shape.instance + '\0' + shape.className + '\0';
     xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(wmClass.size()), wmClass.data());
-    if (spec.gtkApplicationId)
+    if (shape.gtkApplicationId)
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, x_.gtkApplicationIdAtom(),
                             atoms.UTF8_STRING, 8,
-                            static_cast<std::uint32_t>(spec.gtkApplicationId->size()),
-                            spec.gtkApplicationId->data());
-    if (spec.skipTaskbar)
+                            static_cast<std::uint32_t>(shape.gtkApplicationId->size()),
+                            shape.gtkApplicationId->data());
+    if (shape.skipTaskbar)
         setAtoms(atoms._NET_WM_STATE, XCB_ATOM_ATOM, {atoms._NET_WM_STATE_SKIP_TASKBAR});
-    if (spec.utility)
+    if (shape.utility)
         setAtoms(atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, {atoms._NET_WM_WINDOW_TYPE_UTILITY});
     xcb_map_window(c, window);
     xcb_flush(c);
