@@ -1,0 +1,34 @@
+# Installs the Linux program with its desktop entry, icon and AppStream metainfo, and describes
+# the Debian package that CPack builds from them.
+include(GNUInstallDirs)
+set(marzipel_packaging ${CMAKE_CURRENT_LIST_DIR})
+
+install(TARGETS marzipel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT marzipel)
+install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.desktop
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT marzipel)
+install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT marzipel)
+install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT marzipel)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME marzipel)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_VENDOR Orsavelt)
+set(CPACK_PACKAGE_CONTACT "Orsavelt <marzipel@orsavelt.invalid>")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR};Marzipel;marzipel;/")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "Dim the keyboard and lift the night filter while a video plays full screen\n\
+Marzipel sits in the system tray. When a chosen video player goes full screen it\n\
+turns the keyboard backlight off and suspends GNOME Night Light or KDE Night Color,\n\
+and puts both back when full screen ends. X11 sessions only.")
+# dpkg-shlibdeps finds the libraries the program links; Qt's X11 platform plugin is loaded at
+# run time and is named here.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "upower")
+include(CPack)

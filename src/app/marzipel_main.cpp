@@ -1,0 +1,98 @@
+// Marzipel on Linux: Qt's application and windows over the X11, D-Bus and XDG adapters.
+
+#include <QApplication>
+#include <QIcon>
+#include <clocale>
+#include <memory>
+
+#include "core/marzipel_app.h"
+#include "detection/desktop_entry_catalog.h"
+#include "platform/linux/linux_application.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "platform/linux/linux_desktop_entries.h"
+#include "platform/linux/linux_power_assertions.h"
+#include "platform/linux/local_clock.h"
+#include "platform/linux/no_updater.h"
+#include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/stdout_console.h"
+#include "platform/linux/syslog_system_log.h"
+#include "platform/linux/x11_space_monitor.h"
+#include "platform/linux/x11_workspace.h"
+#include "platform/linux/xdg_autostart_login_item_service.h"
+#include "platform/linux/xdg_base_directories.h"
+#include "platform/linux/xdg_user_directories.h"
+#include "platform/local/local_bundle_files.h"
+#include "platform/qt/qt_file_picker.h"
+#include "platform/qt/qt_image_loader.h"
+#include "settings/launch_at_login.h"
+#include "settings/settings_manager.h"
+#include "ui/models/settings_access.h"
+#include "ui/settings_window.h"
+#include "ui/tray.h"
+#include "ui/ui_services.h"
+#include "ui/welcome_window.h"
+
+namespace {
+
+constexpr char kAppId[] = "com.orsavelt.Marzipel";
+
+/// The installed icon from the theme, else the copy built into the program.
+QIcon applicationIcon() {
+    QIcon icon = QIcon::fromTheme(QString::fromLatin1(kAppId));
+    if (icon.isNull()) icon = QIcon(QStringLiteral(":/com.orsavelt.Marzipel.svg"));
+    return icon;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    using namespace marzipel;
+    QApplication qtApplication(argc, argv);
+    // Qt takes the C library's number format from the user's locale, where the decimal point
+    // may be a comma; the settings store numbers as text in the C format.
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationDisplayName(QStringLiteral("Marzipel"));
+    QApplication::setApplicationVersion(QStringLiteral(MARZIPEL_VERSION));
+    // Lets the desktop match our windows to the installed desktop entry and its icon.
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
+    QApplication::setWindowIcon(applicationIcon());
+
+    NotificationCenter center;
+    SyslogSystemLog systemLog;
+    LocalClock clock;
+    StdoutConsole console;
+    XdgUserDirectories userDirectories;
+    const std::optional<std::string> home = homeDirectory();
+    LinuxDesktopEntries desktopEntries(xdgDataFolders(home));
+    LocalBundleFiles bundleFiles;
+    DesktopEntryCatalog catalog(desktopEntries, bundleFiles);
+    XdgAutostartLoginItemService loginItems(QCoreApplication::applicationFilePath().toStdString(),
+                                            configHomeDirectory(home));
+    LinuxApplication application(center, systemLog);
+    X11SpaceMonitor spaceMonitor(systemLog);
+    X11Workspace workspace(desktopEntries);
+    LinuxBrightnessServiceFactory brightness(systemLog);
+    LinuxPowerAssertions powerAssertions;
+    NoUpdater updater;
+    QtFilePicker filePicker;
+    QtImageLoader imageLoader;
+
+    SettingsManager settings(
+        std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(), systemLog), console);
+    LaunchAtLogin launchAtLogin(loginItems, systemLog);
+    const UiServices services{settings,  launchAtLogin,   application, workspace,
+                              updater,   catalog,         filePicker,  imageLoader,
+                              systemLog, userDirectories, clock,       console};
+    WelcomeWindowManager welcomeWindow(services);
+
+    MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
+                                     application, updater, systemLog, clock, console,
+                                     userDirectories, settings, center, welcomeWindow});
+    application.setTerminationDecision(
+        [&app] { return app.appDelegate().applicationShouldTerminate() == TerminateReply::now; });
+    OpenSettingsAccessAction openSettings(application);
+    SettingsWindowController settingsWindow(services, openSettings);
+    MarzipelTray tray(app.tray(), openSettings, application, systemLog);
+    return QApplication::exec();
+}
