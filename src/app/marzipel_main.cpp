@@ -52,7 +52,8 @@ int main(int argc, char* argv[]) {
     // may be a comma; the settings store numbers as text in the C format.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setApplicationDisplayName(QStringLiteral("Marzipel"));
+    // The name, not a display name: Qt appends a display name to every window title.
+    QApplication::setApplicationName(QStringLiteral("Marzipel"));
     QApplication::setApplicationVersion(QStringLiteral(MARZIPEL_VERSION));
     // Lets the desktop match our windows to the installed desktop entry and its icon.
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
