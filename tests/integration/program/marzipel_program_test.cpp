@@ -1,0 +1,226 @@
+// The marzipel program as a user runs it: on an X server with a window manager, a keyboard
+// backlight behind UPower (python3-dbusmock) and the real gsd-color for Night Light, each on
+// buses of this test's own. The test's own windows play the video players.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <cmath>
+#include <csignal>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "integration/dbus/mock_service.h"
+#include "integration/dbus/night_light_keys_writer.h"
+#include "integration/dbus/private_bus.h"
+#include "integration/x_session.h"
+#include "support/temp_folder.h"
+
+namespace marzipel {
+namespace {
+
+using dbustest::Child;
+using dbustest::MockService;
+using dbustest::waitUntil;
+
+const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
+const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
+constexpr char kPlayer[] = "marzipel-test-player";
+constexpr char kOtherApp[] = "marzipel-test-other";
+
+TempFolder* scratch = nullptr;
+
+bool colorProperty(const char* name) {
+    QDBusMessage message = QDBusMessage::createMethodCall(kColor, "/org/gnome/SettingsDaemon/Color",
+                                                          "org.freedesktop.DBus.Properties", "Get");
+    message.setArguments({kColor, QString::fromLatin1(name)});
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
+    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
+bool colorServiceUp() {
+    const auto reply = QDBusConnection::sessionBus().interface()->isServiceRegistered(kColor);
+    return reply.isValid() && reply.value();
+}
+
+double hoursFromNow(double offset) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return std::fmod(local.tm_hour + local.tm_min / 60.0 + offset + 24.0, 24.0);
+}
+
+std::string gsettingsKeyfile() {
+    return readFile((scratch->path() / "config/glib-2.0/settings/keyfile").string());
+}
+
+void writeDesktopEntry(const std::string& id, const std::string& name) {
+    const auto folder = scratch->path() / "data/applications";
+    std::filesystem::create_directories(folder);
+    writeFile((folder / (id + ".desktop")).string(),
+              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
+}
+
+class MarzipelProgramTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        writeDesktopEntry(kPlayer, "Test Player");
+        writeDesktopEntry(kOtherApp, "Other App");
+        // Night Light on from an hour ago to an hour from now: on, whatever the time.
+        dbustest::writeNightLightScheduleKeys(
+            {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
+        x_ = std::make_unique<XSession>();
+        const auto runtime = scratch->path() / "runtime";
+        std::filesystem::create_directories(runtime);
+        std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
+        colorDaemon_ = std::make_unique<Child>();
+        // Now and then gsd-color ends at once, silently; only a fresh start helps then.
+        for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
+            *colorDaemon_ = Child({GSD_COLOR_PROGRAM},
+                                  {"DISPLAY=" + x_->display(), "HOME=" + scratch->file("home"),
+                                   "XDG_RUNTIME_DIR=" + runtime.string()});
+            waitUntil([] { return colorServiceUp() || !colorDaemon_->running(); });
+        }
+    }
+    static void TearDownTestSuite() {
+        colorDaemon_.reset();
+        x_.reset();
+    }
+
+    void SetUp() override {
+        ASSERT_TRUE(colorServiceUp()) << "gsd-color did not come up";
+        ASSERT_TRUE(waitUntil([] { return colorProperty("NightLightActive"); }))
+            << "gsd-color did not switch Night Light on for the schedule";
+        ASSERT_FALSE(colorProperty("DisabledUntilTomorrow"));
+        keysBefore_ = gsettingsKeyfile();
+        keyboard_ = std::make_unique<MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
+                                                  true, R"({"max": 3, "level": 2})");
+        startMarzipel();
+    }
+
+    void TearDown() override {
+        marzipel_.stop();
+        keyboard_.reset();
+        EXPECT_EQ(gsettingsKeyfile(), keysBefore_) << "the user's Night Light keys changed";
+    }
+
+    void startMarzipel() {
+        const auto documents = home_.path() / "Documents";
+        std::filesystem::create_directories(documents);
+        const auto preferences = scratch->path() / "config/marzipel/com.orsavelt.Marzipel.plist";
+        std::filesystem::create_directories(preferences.parent_path());
+        writeFile(preferences.string(),
+                  R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0"><dict>
+<key>welcomeScreenShown</key><true/>
+<key>debugLoggingEnabled</key><true/>
+<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
+<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
+</dict></plist>
+)");
+        debugLog_ = (documents / "Marzipel_debug.log").string();
+        marzipel_ = Child(
+            {MARZIPEL_PROGRAM},
+            {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb", "HOME=" + home_.path().string(),
+             "XDG_DATA_HOME=" + scratch->file("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
+             "XDG_RUNTIME_DIR=" + scratch->file("runtime")});
+        // The debug log is opened once the event loop runs, when the X11 watch is in place.
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
+            << "marzipel did not finish launching";
+    }
+
+    std::vector<int> keyboardLevelsSet() const {
+        std::vector<int> levels;
+        for (const auto& arguments : keyboard_->calls(kKeyboard, "SetBrightness"))
+            levels.push_back(arguments.value(0).toInt());
+        return levels;
+    }
+
+    bool logHas(const std::string& line) const {
+        return readFile(debugLog_).find(line + "\n") != std::string::npos;
+    }
+
+    xcb_window_t fullScreenWindowOf(const std::string& instance) {
+        XClient& client = x_->client();
+        const auto window = client.createWindow({.processId = static_cast<std::uint32_t>(getpid()),
+                                                 .instance = instance,
+                                                 .className = instance});
+        client.activate(window);
+        client.setFullScreen(window, true);
+        return window;
+    }
+
+    static inline std::unique_ptr<XSession> x_;
+    static inline std::unique_ptr<Child> colorDaemon_;
+    TempFolder home_;
+    std::string keysBefore_;
+    std::string debugLog_;
+    std::unique_ptr<MockService> keyboard_;
+    Child marzipel_;
+};
+
+TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeaves) {
+    const auto other = fullScreenWindowOf(kOtherApp);
+    ASSERT_TRUE(waitUntil([&] { return logHas(std::string(kOtherApp) + " went full screen"); }));
+    x_->client().setFullScreen(other, false);
+
+    const auto player = fullScreenWindowOf(kPlayer);
+    ASSERT_TRUE(waitUntil([&] { return !keyboardLevelsSet().empty(); }));
+    EXPECT_EQ(keyboardLevelsSet(), std::vector<int>{0});
+    EXPECT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
+
+    x_->client().setFullScreen(player, false);
+    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet().size() == 2; }));
+    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
+    EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
+    EXPECT_TRUE(colorProperty("NightLightActive"));
+    EXPECT_TRUE(marzipel_.running());
+}
+
+TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
+    const auto player = fullScreenWindowOf(kPlayer);
+    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
+    ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
+
+    kill(marzipel_.pid(), SIGTERM);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
+    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_TRUE(logHas("App quitting, deactivating"));
+    x_->client().setFullScreen(player, false);
+}
+
+}  // namespace
+}  // namespace marzipel
+
+// Qt and GLib read the bus addresses and the settings backend once, at first use: everything
+// is pointed at this program's own buses and folders before anything else runs.
+int main(int argc, char** argv) {
+    using namespace marzipel;
+    TempFolder folder;
+    scratch = &folder;
+    std::unique_ptr<dbustest::PrivateBus> systemBus, sessionBus;
+    try {
+        systemBus = std::make_unique<dbustest::PrivateBus>(folder.path() / "system-bus", true);
+        sessionBus = std::make_unique<dbustest::PrivateBus>(folder.path() / "session-bus", false);
+    } catch (const std::exception& error) {
+        std::cerr << "cannot start the private buses: " << error.what() << '\n';
+        return 1;
+    }
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus->address().c_str(), 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", sessionBus->address().c_str(), 1);
+    setenv("XDG_CONFIG_HOME", folder.file("config").c_str(), 1);
+    setenv("GSETTINGS_BACKEND", "keyfile", 1);
+    unsetenv("DISPLAY");
+
+    QCoreApplication application(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
