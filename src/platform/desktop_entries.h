@@ -28,8 +28,8 @@ struct DesktopEntry {
 };
 
 /// The desktop entries installed for the user, read from the XDG data folders (flatpak and snap
-/// exports included). Main thread; nothing is cached between calls unless the implementation
-/// says so.
+/// exports included). Main thread. An implementation may keep what it read between calls, as long
+/// as each call answers for the files as they are then; `readEntry` always reads the file.
 class DesktopEntries {
 public:
     virtual ~DesktopEntries() = default;

@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "platform/linux/dbus_call.h"
-#include "platform/linux/night_light_schedule_keys.h"
 
 namespace marzipel {
 namespace {
@@ -29,7 +28,7 @@ BlueLightStatus GnomeNightLight::status() {
         log_.error(kAppLogSubsystem, kAppLogCategory,
                    "Could not read the Night Light state from gnome-settings-daemon");
     }
-    std::optional<NightLightScheduleKeys> keys = readNightLightScheduleKeys();
+    std::optional<NightLightScheduleKeys> keys = scheduleKeys_.read();
     if (!keys || !keys->enabled) return status;
     if (keys->automatic) {
         status.mode = 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/blue_light.h"
+#include "platform/linux/night_light_schedule_keys.h"
 #include "platform/system_log.h"
 
 namespace marzipel {
@@ -24,6 +25,7 @@ private:
     void setDisabledUntilTomorrow(bool disabled);
 
     SystemLog& log_;
+    NightLightScheduleReader scheduleKeys_;
 };
 
 }  // namespace marzipel

@@ -1,5 +1,7 @@
 #include "platform/linux/linux_desktop_entries.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -86,9 +88,9 @@ std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& pa
     return readEntry(path, IconThemeLookup(dataFolders_), std::nullopt);
 }
 
-std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& path,
-                                                           const IconThemeLookup& icons,
-                                                           std::optional<std::string> id) const {
+std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(
+    const std::string& path, const IconThemeLookup& icons, std::optional<std::string> id,
+    std::set<std::string>* iconFolders) const {
     KeyFile file;
     if (!file.loadFile(path, maxEntryBytes).empty() || !file.hasGroup(kGroup)) return std::nullopt;
 
@@ -110,7 +112,12 @@ std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& pa
     entry.id = std::move(*id);
     entry.path = absolute.string();
     entry.name = file.localeString(kGroup, "Name").value_or("");
-    if (auto icon = file.localeString(kGroup, "Icon")) entry.iconPath = icons.find(*icon);
+    if (auto icon = file.localeString(kGroup, "Icon")) {
+        entry.iconPath = icons.find(*icon);
+        if (iconFolders && icon->starts_with('/')) {
+            iconFolders->insert(fs::path(*icon).lexically_normal().parent_path().string());
+        }
+    }
     entry.startupWmClass = file.string(kGroup, "StartupWMClass");
     entry.isApplication = file.string(kGroup, "Type") == "Application";
     entry.noDisplay = file.boolean(kGroup, "NoDisplay").value_or(false);
@@ -141,22 +148,115 @@ FolderListing LinuxDesktopEntries::listFolder(const std::string& folder) const {
     return listing;
 }
 
+LinuxDesktopEntries::FolderStamp LinuxDesktopEntries::stampOf(std::string path) {
+    FolderStamp stamp;
+    stamp.path = std::move(path);
+    struct stat info {};
+    if (::stat(stamp.path.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) return stamp;
+    stamp.exists = true;
+    stamp.device = info.st_dev;
+    stamp.inode = info.st_ino;
+    stamp.seconds = info.st_mtim.tv_sec;
+    stamp.nanoseconds = info.st_mtim.tv_nsec;
+    return stamp;
+}
+
+const LinuxDesktopEntries::Index& LinuxDesktopEntries::index() const {
+    const bool unchanged = index_ && std::ranges::all_of(index_->folders, [](const FolderStamp& s) {
+                               return stampOf(s.path) == s;
+                           });
+    if (!unchanged) index_ = readIndex();
+    return *index_;
+}
+
+LinuxDesktopEntries::Index LinuxDesktopEntries::readIndex() const {
+    // Every folder is stamped before it is read, so a change while reading shows on the next call.
+    Index index;
+    for (const std::string& dataFolder : dataFolders_) {
+        const std::string theme = dataFolder + "/icons/hicolor";
+        index.folders.push_back(stampOf(theme));
+        std::error_code error;
+        fs::directory_iterator it(theme, error);
+        for (; !error && it != fs::directory_iterator(); it.increment(error)) {
+            std::error_code ignored;
+            if (!it->is_directory(ignored)) continue;
+            index.folders.push_back(stampOf(it->path().string()));
+            index.folders.push_back(stampOf(it->path().string() + "/apps"));
+        }
+        index.folders.push_back(stampOf(dataFolder + "/pixmaps"));
+    }
+
+    struct File {
+        std::string id;
+        std::string path;
+        bool listed;
+        auto operator<=>(const File&) const = default;
+    };
+    IconThemeLookup icons(dataFolders_);
+    std::set<std::string> iconFolders;
+    std::set<std::string, std::less<>> found;
+    for (const std::string& folder : applicationFolders_) {
+        std::vector<File> files;
+        std::set<std::pair<std::uint64_t, std::uint64_t>> ancestors;
+        // Symbolic links to subfolders are followed, as a lookup by id follows them, but what
+        // lies below one is left out of the list of all entries.
+        auto scan = [&](auto& self, const std::string& dir, const std::string& relative,
+                        bool belowLink) -> void {
+            const FolderStamp& stamp = index.folders.emplace_back(stampOf(dir));
+            if (!stamp.exists || !ancestors.emplace(stamp.device, stamp.inode).second) return;
+            const std::pair<std::uint64_t, std::uint64_t> key{stamp.device, stamp.inode};
+            std::error_code error;
+            fs::directory_iterator it(dir, fs::directory_options::skip_permission_denied, error);
+            for (; !error && it != fs::directory_iterator(); it.increment(error)) {
+                const std::string name = it->path().filename().string();
+                const std::string path = dir + "/" + name;
+                const std::string below = relative.empty() ? name : relative + "/" + name;
+                std::error_code ignored;
+                if (it->is_directory(ignored)) {
+                    index.subfolders.insert(path);
+                    self(self, path, below, belowLink || it->is_symlink(ignored));
+                } else if (name.ends_with(kSuffix) && it->is_regular_file(ignored)) {
+                    files.push_back({idFromRelativePath(below), path,
+                                     !belowLink && name.size() > kSuffix.size()});
+                }
+            }
+            ancestors.erase(key);
+        };
+        scan(scan, folder, "", false);
+
+        std::ranges::sort(files);
+        for (File& file : files) {
+            std::optional<DesktopEntry> entry = readEntry(file.path, icons, file.id, &iconFolders);
+            if (entry && file.listed && !found.contains(file.id)) {
+                found.insert(file.id);
+                index.all.push_back(*entry);
+            }
+            index.byPath.emplace(std::move(file.path), std::move(entry));
+        }
+    }
+    for (const std::string& folder : iconFolders) index.folders.push_back(stampOf(folder));
+    return index;
+}
+
 std::optional<DesktopEntry> LinuxDesktopEntries::findById(std::string_view id) const {
     if (id.empty() || id.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos) {
         return std::nullopt;
     }
-    IconThemeLookup icons(dataFolders_);
+    const Index& current = index();
     for (const std::string& folder : applicationFolders_) {
-        if (auto entry = findIn(folder, id, id, icons)) return entry;
+        if (auto entry = findIn(current, folder, id, id)) return entry;
     }
     return std::nullopt;
 }
 
-std::optional<DesktopEntry> LinuxDesktopEntries::findIn(const std::string& folder,
-                                                        std::string_view rest, std::string_view id,
-                                                        const IconThemeLookup& icons) const {
-    if (auto entry = readEntry(folder + "/" + std::string(rest) + std::string(kSuffix), icons,
-                               std::string(id))) {
+std::optional<DesktopEntry> LinuxDesktopEntries::findIn(const Index& index,
+                                                        const std::string& folder,
+                                                        std::string_view rest,
+                                                        std::string_view id) const {
+    const std::string path = folder + "/" + std::string(rest) + std::string(kSuffix);
+    if (auto found = index.byPath.find(path); found != index.byPath.end() && found->second) {
+        DesktopEntry entry = *found->second;
+        entry.id = std::string(id);
         return entry;
     }
     // "kde4-foo" may also be "kde4/foo.desktop": try every dash that follows a real subfolder.
@@ -165,42 +265,12 @@ std::optional<DesktopEntry> LinuxDesktopEntries::findIn(const std::string& folde
         const std::string_view head = rest.substr(0, dash);
         if (head.empty() || head == "." || head == "..") continue;
         const std::string subfolder = folder + "/" + std::string(head);
-        if (!isDirectory(subfolder)) continue;
-        if (auto entry = findIn(subfolder, rest.substr(dash + 1), id, icons)) return entry;
+        if (!index.subfolders.contains(subfolder)) continue;
+        if (auto entry = findIn(index, subfolder, rest.substr(dash + 1), id)) return entry;
     }
     return std::nullopt;
 }
 
-std::vector<DesktopEntry> LinuxDesktopEntries::allEntries() const {
-    IconThemeLookup icons(dataFolders_);
-    std::set<std::string, std::less<>> found;
-    std::vector<DesktopEntry> entries;
-    for (const std::string& folder : applicationFolders_) {
-        std::vector<std::pair<std::string, std::string>> files;  // id, path
-        std::error_code error;
-        fs::recursive_directory_iterator it(folder, fs::directory_options::skip_permission_denied,
-                                            error);
-        for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
-            const std::string name = it->path().filename().string();
-            std::error_code ignored;
-            if (name.size() <= kSuffix.size() || !name.ends_with(kSuffix) ||
-                !it->is_regular_file(ignored)) {
-                continue;
-            }
-            if (auto relative = relativeBelow(it->path(), folder)) {
-                files.emplace_back(idFromRelativePath(*relative), it->path().string());
-            }
-        }
-        std::ranges::sort(files);
-        for (auto& [id, path] : files) {
-            if (found.contains(id)) continue;
-            if (auto entry = readEntry(path, icons, id)) {
-                found.insert(std::move(id));
-                entries.push_back(std::move(*entry));
-            }
-        }
-    }
-    return entries;
-}
+std::vector<DesktopEntry> LinuxDesktopEntries::allEntries() const { return index().all; }
 
 }  // namespace marzipel

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +21,12 @@ class IconThemeLookup;
 std::vector<std::string> xdgDataFolders(const std::optional<std::string>& home);
 
 /// Desktop entries read with GLib from the "applications" and icon folders of given data folders.
-/// Nothing is cached between calls.
+/// `findById` and `allEntries` share an index of every entry file below the applications folders,
+/// read with its icon resolved. Each call first compares the modification time of every folder the
+/// index was read from (the applications folders and their subfolders, the icon theme, pixmaps
+/// and absolute icon folders) and reads it all again when one changed, appeared or went away,
+/// since adding, replacing or removing a file changes its folder's time. `readEntry` always reads
+/// the file.
 class LinuxDesktopEntries final : public DesktopEntries {
 public:
     /// Entry files larger than this are not read.
@@ -40,13 +48,40 @@ public:
     std::vector<DesktopEntry> allEntries() const override;
 
 private:
+    /// A folder as `stat` saw it; two stamps differ when the folder changed, appeared, went
+    /// away or was replaced.
+    struct FolderStamp {
+        std::string path;
+        bool exists = false;
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;
+        std::int64_t seconds = 0;
+        std::int64_t nanoseconds = 0;
+        bool operator==(const FolderStamp&) const = default;
+    };
+
+    struct Index {
+        std::vector<FolderStamp> folders;
+        /// Every file named "*.desktop" below an applications folder, by its path as `findIn`
+        /// builds it, with nothing when it is not an entry.
+        std::map<std::string, std::optional<DesktopEntry>, std::less<>> byPath;
+        /// Every subfolder below an applications folder, in the same form.
+        std::set<std::string, std::less<>> subfolders;
+        std::vector<DesktopEntry> all;
+    };
+
+    static FolderStamp stampOf(std::string path);
+    const Index& index() const;
+    Index readIndex() const;
     std::optional<DesktopEntry> readEntry(const std::string& path, const IconThemeLookup& icons,
-                                          std::optional<std::string> id) const;
-    std::optional<DesktopEntry> findIn(const std::string& folder, std::string_view rest,
-                                       std::string_view id, const IconThemeLookup& icons) const;
+                                          std::optional<std::string> id,
+                                          std::set<std::string>* iconFolders = nullptr) const;
+    std::optional<DesktopEntry> findIn(const Index& index, const std::string& folder,
+                                       std::string_view rest, std::string_view id) const;
 
     std::vector<std::string> dataFolders_;
     std::vector<std::string> applicationFolders_;
+    mutable std::optional<Index> index_;
 };
 
 }  // namespace marzipel

@@ -25,15 +25,27 @@ bool schemaInstalled() {
 
 }  // namespace
 
-std::optional<NightLightScheduleKeys> readNightLightScheduleKeys() {
-    // g_settings_new aborts the process on a schema that is not installed.
-    if (!schemaInstalled()) return std::nullopt;
-    std::unique_ptr<GSettings, ObjectUnref> settings(g_settings_new(kSchema));
+struct NightLightScheduleReader::Settings {
+    std::unique_ptr<GSettings, ObjectUnref> object;
+};
+
+NightLightScheduleReader::NightLightScheduleReader() : settings_(std::make_unique<Settings>()) {}
+
+NightLightScheduleReader::~NightLightScheduleReader() = default;
+
+std::optional<NightLightScheduleKeys> NightLightScheduleReader::read() {
+    GSettings* settings = settings_->object.get();
+    if (!settings) {
+        // g_settings_new aborts the process on a schema that is not installed.
+        if (!schemaInstalled()) return std::nullopt;
+        settings_->object.reset(g_settings_new(kSchema));
+        settings = settings_->object.get();
+    }
     NightLightScheduleKeys keys;
-    keys.enabled = g_settings_get_boolean(settings.get(), "night-light-enabled");
-    keys.automatic = g_settings_get_boolean(settings.get(), "night-light-schedule-automatic");
-    keys.from = g_settings_get_double(settings.get(), "night-light-schedule-from");
-    keys.to = g_settings_get_double(settings.get(), "night-light-schedule-to");
+    keys.enabled = g_settings_get_boolean(settings, "night-light-enabled");
+    keys.automatic = g_settings_get_boolean(settings, "night-light-schedule-automatic");
+    keys.from = g_settings_get_double(settings, "night-light-schedule-from");
+    keys.to = g_settings_get_double(settings, "night-light-schedule-to");
     return keys;
 }
 

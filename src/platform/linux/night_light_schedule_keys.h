@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "platform/brightness_service.h"
@@ -16,8 +17,22 @@ struct NightLightScheduleKeys {
     double to = 0;
 };
 
-/// Nothing when the schema is not installed.
-std::optional<NightLightScheduleKeys> readNightLightScheduleKeys();
+/// Reads the keys through one GSettings object kept for the reader's lifetime, as setting one up
+/// costs far more than a read; each read still gets the backend's current values. Main thread.
+class NightLightScheduleReader {
+public:
+    NightLightScheduleReader();
+    ~NightLightScheduleReader();
+    NightLightScheduleReader(const NightLightScheduleReader&) = delete;
+    NightLightScheduleReader& operator=(const NightLightScheduleReader&) = delete;
+
+    /// Nothing while the schema is not installed.
+    std::optional<NightLightScheduleKeys> read();
+
+private:
+    struct Settings;
+    std::unique_ptr<Settings> settings_;
+};
 
 /// 20.5 -> 20:30, to the nearest minute, wrapped into one day.
 BlueLightStatus::Time timeOfFractionalHours(double hours);

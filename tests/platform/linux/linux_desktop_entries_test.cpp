@@ -1,5 +1,6 @@
 #include "platform/linux/linux_desktop_entries.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -124,6 +125,32 @@ TEST_F(LinuxDesktopEntriesTest, TheUsersEntryShadowsTheSystemsUnlessItCannotBeRe
     EXPECT_EQ(all[1].name, "System VLC");
     EXPECT_EQ(entries.findById("mpv")->name, "Own mpv");
     EXPECT_EQ(entries.findById("vlc")->name, "System VLC");
+}
+
+TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedAfterAnEarlierLookup) {
+    // A folder's time may not move within the clock's tick, so it is set ahead explicitly.
+    auto touchLater = [](const std::string& folder) {
+        struct stat info {};
+        ASSERT_EQ(stat(folder.c_str(), &info), 0);
+        timespec times[2] = {info.st_atim, info.st_mtim};
+        times[1].tv_sec += 10;
+        ASSERT_EQ(utimensat(AT_FDCWD, folder.c_str(), times, 0), 0);
+    };
+    put(system, "applications/mpv.desktop", entryText("mpv"));
+    put(system, "applications/kde4/dragon.desktop", entryText("Dragon"));
+    EXPECT_FALSE(entries.findById("vlc"));
+    EXPECT_EQ(ids(entries.allEntries()), (std::vector<std::string>{"kde4-dragon", "mpv"}));
+
+    put(system, "applications/vlc.desktop", entryText("VLC"));
+    touchLater(system + "/applications");
+    std::optional<DesktopEntry> added = entries.findById("vlc");
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->name, "VLC");
+
+    put(system, "applications/kde4/games/patience.desktop", entryText("Patience"));
+    touchLater(system + "/applications/kde4");
+    EXPECT_EQ(ids(entries.allEntries()),
+              (std::vector<std::string>{"kde4-dragon", "kde4-games-patience", "mpv", "vlc"}));
 }
 
 TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
