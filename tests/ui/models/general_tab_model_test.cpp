@@ -21,16 +21,6 @@ struct GeneralTabModelTest : ModelWorld {
     }
 };
 
-TEST_F(GeneralTabModelTest, FeatureSwitchesStoreTheWholeSetAtOnce) {
-    model().setFeatureEnabled(Feature::nightShift, false);
-    EXPECT_EQ(settings.enabledFeatures().get(), std::set<Feature>{Feature::keyboardBacklight});
-    model().setFeatureEnabled(Feature::keyboardBacklight, false);
-    model().setFeatureEnabled(Feature::nightShift, true);
-    EXPECT_EQ(settings.enabledFeatures().get(), std::set<Feature>{Feature::nightShift});
-    EXPECT_FALSE(model().isFeatureEnabled(Feature::keyboardBacklight));
-    EXPECT_TRUE(model().isFeatureEnabled(Feature::nightShift));
-}
-
 TEST_F(GeneralTabModelTest, ChangesMadeElsewhereAreAnnouncedWithTheNewValueReadable) {
     std::vector<bool> nightShiftSeen;
     auto changed = model().onChanged(
@@ -60,16 +50,6 @@ TEST_F(GeneralTabModelTest, DebugLoggingSwitchMakesTheSharedLoggerAndKeepsIt) {
 
     model().openLogsFolder();
     EXPECT_EQ(sim.workspace.openedFolders, std::vector<std::string>{home.path().string()});
-}
-
-TEST_F(GeneralTabModelTest, UpdaterRowStartsFromTheUpdaterAndWritesBack) {
-    sim.updater.automaticChecks = false;
-    EXPECT_FALSE(model().automaticallyChecksForUpdates());
-    model().setAutomaticallyChecksForUpdates(true);
-    EXPECT_TRUE(sim.updater.automaticChecks);
-
-    model().checkForUpdatesNow();
-    EXPECT_EQ(sim.updater.checks, 1);
 }
 
 }  // namespace
