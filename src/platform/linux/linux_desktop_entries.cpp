@@ -1,5 +1,7 @@
 #include "platform/linux/linux_desktop_entries.h"
 
+#include "platform/local/folder_listing.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -132,20 +134,7 @@ std::vector<std::string> LinuxDesktopEntries::applicationFolders() const {
 }
 
 FolderListing LinuxDesktopEntries::listFolder(const std::string& folder) const {
-    auto failure = [&](const std::error_code& error) {
-        return FolderListing{{},
-                             "The folder \"" + folder + "\" could not be read: " + error.message()};
-    };
-    std::error_code error;
-    const fs::path base = fs::absolute(folder, error);
-    if (error) return failure(error);
-    FolderListing listing;
-    fs::directory_iterator it(base, error);
-    for (; !error && it != fs::directory_iterator(); it.increment(error)) {
-        listing.paths.push_back(it->path().string());
-    }
-    if (error) return failure(error);
-    return listing;
+    return listFolderEntries(folder);
 }
 
 LinuxDesktopEntries::FolderStamp LinuxDesktopEntries::stampOf(std::string path) {
