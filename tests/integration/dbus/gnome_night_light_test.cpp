@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 
+#include "gnome_color.h"
 #include "mock_service.h"
 #include "night_light_keys_writer.h"
 #include "support/temp_folder.h"
@@ -17,29 +18,6 @@
 
 namespace marzipel::dbustest {
 namespace {
-
-const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
-
-bool colorProperty(const char* name) {
-    QDBusMessage message = QDBusMessage::createMethodCall(kColor, "/org/gnome/SettingsDaemon/Color",
-                                                          "org.freedesktop.DBus.Properties", "Get");
-    message.setArguments({kColor, QString::fromLatin1(name)});
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
-    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
-}
-
-bool colorServiceUp() {
-    const auto reply = QDBusConnection::sessionBus().interface()->isServiceRegistered(kColor);
-    return reply.isValid() && reply.value();
-}
-
-double hoursFromNow(double offset) {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    const double hours = local.tm_hour + local.tm_min / 60.0 + offset;
-    return std::fmod(hours + 24.0, 24.0);
-}
 
 std::string keyfile() {
     return readFile((scratchFolder() / "config/glib-2.0/settings/keyfile").string());

@@ -16,6 +16,7 @@
 #include <iostream>
 #include <memory>
 
+#include "integration/dbus/gnome_color.h"
 #include "integration/dbus/mock_service.h"
 #include "integration/dbus/night_light_keys_writer.h"
 #include "integration/dbus/private_bus.h"
@@ -26,35 +27,17 @@ namespace marzipel {
 namespace {
 
 using dbustest::Child;
+using dbustest::colorProperty;
+using dbustest::colorServiceUp;
+using dbustest::hoursFromNow;
 using dbustest::MockService;
 using dbustest::waitUntil;
 
-const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
 const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
 constexpr char kPlayer[] = "marzipel-test-player";
 constexpr char kOtherApp[] = "marzipel-test-other";
 
 TempFolder* scratch = nullptr;
-
-bool colorProperty(const char* name) {
-    QDBusMessage message = QDBusMessage::createMethodCall(kColor, "/org/gnome/SettingsDaemon/Color",
-                                                          "org.freedesktop.DBus.Properties", "Get");
-    message.setArguments({kColor, QString::fromLatin1(name)});
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
-    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
-}
-
-bool colorServiceUp() {
-    const auto reply = QDBusConnection::sessionBus().interface()->isServiceRegistered(kColor);
-    return reply.isValid() && reply.value();
-}
-
-double hoursFromNow(double offset) {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return std::fmod(local.tm_hour + local.tm_min / 60.0 + offset + 24.0, 24.0);
-}
 
 std::string gsettingsKeyfile() {
     return readFile((scratch->path() / "config/glib-2.0/settings/keyfile").string());
