@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QTimer>
 #include <clocale>
+#include <functional>
 #include <memory>
 
 #include "core/marzipel_app.h"
@@ -79,8 +81,12 @@ int main(int argc, char* argv[]) {
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
 
+    const auto writeSoon = [&qtApplication](std::function<void()> write) {
+        QTimer::singleShot(0, &qtApplication, std::move(write));
+    };
     SettingsManager settings(
-        std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(), systemLog), console);
+        std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(), systemLog, writeSoon),
+        console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
     const UiServices services{settings,  launchAtLogin,   application, workspace,
                               updater,   catalog,         filePicker,  imageLoader,

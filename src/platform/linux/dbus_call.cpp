@@ -11,14 +11,41 @@ const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Proper
 
 Address propertiesOf(const Address& at) { return {at.service, at.path, kPropertiesInterface}; }
 
+QDBusMessage methodCall(const Address& at, const QString& method, const QVariantList& arguments) {
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(at.service, at.path, at.interface, method);
+    message.setArguments(arguments);
+    return message;
+}
+
 }  // namespace
 
 QDBusMessage call(const QDBusConnection& bus, const Address& at, const QString& method,
                   const QVariantList& arguments) {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(at.service, at.path, at.interface, method);
-    message.setArguments(arguments);
-    return bus.call(message, QDBus::Block, kCallTimeoutMs);
+    return bus.call(methodCall(at, method, arguments), QDBus::Block, kCallTimeoutMs);
+}
+
+QDBusPendingCall send(const QDBusConnection& bus, const Address& at, const QString& method,
+                      const QVariantList& arguments) {
+    return bus.asyncCall(methodCall(at, method, arguments), kCallTimeoutMs);
+}
+
+QDBusMessage waitFor(QDBusPendingCall& pending) {
+    pending.waitForFinished();
+    return pending.reply();
+}
+
+Address busDaemon() { return kBusDaemon; }
+
+std::optional<QVariant> propertyValue(const QDBusMessage& reply) {
+    std::optional<QVariant> result = firstResult(reply);
+    if (!result) return std::nullopt;
+    return result->value<QDBusVariant>().variant();
+}
+
+QDBusPendingCall sendPropertyGet(const QDBusConnection& bus, const Address& at,
+                                 const QString& name) {
+    return send(bus, propertiesOf(at), QStringLiteral("Get"), {at.interface, name});
 }
 
 std::optional<QVariant> firstResult(const QDBusMessage& reply) {
@@ -37,10 +64,7 @@ std::optional<QVariantMap> allProperties(const QDBusConnection& bus, const Addre
 
 std::optional<QVariant> property(const QDBusConnection& bus, const Address& at,
                                  const QString& name) {
-    std::optional<QVariant> result =
-        firstResult(call(bus, propertiesOf(at), QStringLiteral("Get"), {at.interface, name}));
-    if (!result) return std::nullopt;
-    return result->value<QDBusVariant>().variant();
+    return propertyValue(call(bus, propertiesOf(at), QStringLiteral("Get"), {at.interface, name}));
 }
 
 QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
@@ -52,12 +76,6 @@ QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QS
 bool hasOwner(const QDBusConnection& bus, const QString& name) {
     std::optional<QVariant> result = firstResult(call(bus, kBusDaemon, "NameHasOwner", {name}));
     return result && result->toBool();
-}
-
-std::optional<QStringList> names(const QDBusConnection& bus) {
-    std::optional<QVariant> result = firstResult(call(bus, kBusDaemon, "ListNames"));
-    if (!result) return std::nullopt;
-    return result->toStringList();
 }
 
 std::optional<std::int32_t> processId(const QDBusConnection& bus, const QString& name) {

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -26,6 +27,21 @@ struct Address {
 QDBusMessage call(const QDBusConnection& bus, const Address& at, const QString& method,
                   const QVariantList& arguments = {});
 
+/// A call sent without waiting, so that several can be under way at once; `waitFor` gives its
+/// reply as `call` would.
+QDBusPendingCall send(const QDBusConnection& bus, const Address& at, const QString& method,
+                      const QVariantList& arguments = {});
+QDBusMessage waitFor(QDBusPendingCall& pending);
+
+/// The bus daemon itself, which answers for the names on the bus.
+Address busDaemon();
+
+/// The value of a successful reply to Properties.Get.
+std::optional<QVariant> propertyValue(const QDBusMessage& reply);
+/// Sends Properties.Get for `name` without waiting.
+QDBusPendingCall sendPropertyGet(const QDBusConnection& bus, const Address& at,
+                                 const QString& name);
+
 /// The first value of a successful reply; nothing for an error reply or an empty one.
 std::optional<QVariant> firstResult(const QDBusMessage& reply);
 
@@ -41,9 +57,6 @@ QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QS
 
 /// Whether some connection owns `name` right now; false when the bus itself does not answer.
 bool hasOwner(const QDBusConnection& bus, const QString& name);
-
-/// Every name on the bus; nothing when the bus does not answer.
-std::optional<QStringList> names(const QDBusConnection& bus);
 
 /// The process behind a bus name (unique or well known).
 std::optional<std::int32_t> processId(const QDBusConnection& bus, const QString& name);

@@ -2,9 +2,13 @@
 
 #include "platform/local/folder_listing.h"
 
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
@@ -86,6 +90,10 @@ LinuxDesktopEntries::LinuxDesktopEntries(std::vector<std::string> dataFolders) {
     }
 }
 
+LinuxDesktopEntries::~LinuxDesktopEntries() {
+    if (watch_ >= 0) close(watch_);
+}
+
 std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(const std::string& path) const {
     return readEntry(path, IconThemeLookup(dataFolders_), std::nullopt);
 }
@@ -151,11 +159,49 @@ LinuxDesktopEntries::FolderStamp LinuxDesktopEntries::stampOf(std::string path) 
 }
 
 const LinuxDesktopEntries::Index& LinuxDesktopEntries::index() const {
-    const bool unchanged = index_ && std::ranges::all_of(index_->folders, [](const FolderStamp& s) {
-                               return stampOf(s.path) == s;
-                           });
-    if (!unchanged) index_ = readIndex();
+    const auto same = [](const FolderStamp& s) { return stampOf(s.path) == s; };
+    const bool unchanged = index_ && !index_->stale && !watchSawChange() &&
+                           std::ranges::all_of(index_->unwatched, same);
+    if (!unchanged) {
+        index_ = readIndex();
+        watch(*index_);
+    }
     return *index_;
+}
+
+void LinuxDesktopEntries::watch(Index& index) const {
+    if (watch_ >= 0) close(watch_);
+    watch_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    constexpr std::uint32_t kChanges = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
+                                       IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB | IN_DELETE_SELF |
+                                       IN_MOVE_SELF | IN_ONLYDIR;
+    for (const FolderStamp& stamp : index.folders) {
+        const bool watched = watch_ >= 0 && stamp.exists &&
+                             inotify_add_watch(watch_, stamp.path.c_str(), kChanges) >= 0;
+        if (!watched) {
+            index.unwatched.push_back(stamp);
+        } else if (stampOf(stamp.path) != stamp) {
+            // Changed after it was read and before the watch began, where the watch cannot see it.
+            index.stale = true;
+        }
+    }
+}
+
+bool LinuxDesktopEntries::watchSawChange() const {
+    if (watch_ < 0) return false;
+    bool changed = false;
+    alignas(inotify_event) std::array<char, 4096> events{};
+    while (true) {
+        const ssize_t length = read(watch_, events.data(), events.size());
+        if (length > 0) {
+            changed = true;
+        } else if (length < 0 && errno == EINTR) {
+            continue;
+        } else {
+            // EAGAIN is an empty queue; any other failure leaves the watch unable to tell.
+            return changed || (length < 0 && errno != EAGAIN);
+        }
+    }
 }
 
 LinuxDesktopEntries::Index LinuxDesktopEntries::readIndex() const {

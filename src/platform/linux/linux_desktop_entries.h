@@ -22,11 +22,12 @@ std::vector<std::string> xdgDataFolders(const std::optional<std::string>& home);
 
 /// Desktop entries read with GLib from the "applications" and icon folders of given data folders.
 /// `findById` and `allEntries` share an index of every entry file below the applications folders,
-/// read with its icon resolved. Each call first compares the modification time of every folder the
-/// index was read from (the applications folders and their subfolders, the icon theme, pixmaps
-/// and absolute icon folders) and reads it all again when one changed, appeared or went away,
-/// since adding, replacing or removing a file changes its folder's time. `readEntry` always reads
-/// the file.
+/// read with its icon resolved. The index is read again when one of the folders it was read from
+/// (the applications folders and their subfolders, the icon theme, pixmaps and absolute icon
+/// folders) changed, appeared or went away. Folders that exist are watched with inotify, so that
+/// an unchanged index costs one read of the watch per call, and a file edited in place is seen
+/// too; the others, and all of them where inotify cannot watch, are compared by modification
+/// time on every call. `readEntry` always reads the file.
 class LinuxDesktopEntries final : public DesktopEntries {
 public:
     /// Entry files larger than this are not read.
@@ -34,6 +35,9 @@ public:
 
     /// `dataFolders` in lookup order, the user's own first (see `xdgDataFolders`).
     explicit LinuxDesktopEntries(std::vector<std::string> dataFolders);
+    ~LinuxDesktopEntries() override;
+    LinuxDesktopEntries(const LinuxDesktopEntries&) = delete;
+    LinuxDesktopEntries& operator=(const LinuxDesktopEntries&) = delete;
 
     /// An entry needs a "Desktop Entry" group. Its id comes from the path below the first
     /// applications folder that holds it, else from the file name alone.
@@ -62,6 +66,10 @@ private:
 
     struct Index {
         std::vector<FolderStamp> folders;
+        /// The folders the watch does not cover, compared by time instead.
+        std::vector<FolderStamp> unwatched;
+        /// A folder changed between being read and being watched.
+        bool stale = false;
         /// Every file named "*.desktop" below an applications folder, by its path as `findIn`
         /// builds it, with nothing when it is not an entry.
         std::map<std::string, std::optional<DesktopEntry>, std::less<>> byPath;
@@ -73,6 +81,10 @@ private:
     static FolderStamp stampOf(std::string path);
     const Index& index() const;
     Index readIndex() const;
+    /// Starts a new watch on the folders of `index` that exist.
+    void watch(Index& index) const;
+    /// Whether the watch has seen a change since it started; empties its queue.
+    bool watchSawChange() const;
     std::optional<DesktopEntry> readEntry(const std::string& path, const IconThemeLookup& icons,
                                           std::optional<std::string> id,
                                           std::set<std::string>* iconFolders = nullptr) const;
@@ -82,6 +94,7 @@ private:
     std::vector<std::string> dataFolders_;
     std::vector<std::string> applicationFolders_;
     mutable std::optional<Index> index_;
+    mutable int watch_ = -1;
 };
 
 }  // namespace marzipel

@@ -3,6 +3,8 @@
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/linux/dbus_call.h"
 
@@ -11,6 +13,11 @@ namespace {
 
 constexpr std::uint32_t kGnomeInhibitIdle = 8;
 const QString kMprisPrefix = QStringLiteral("org.mpris.MediaPlayer2.");
+
+const dbus::Address kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
+                            "org.freedesktop.login1.Manager"};
+const dbus::Address kGnomeSession{"org.gnome.SessionManager", "/org/gnome/SessionManager",
+                                  "org.gnome.SessionManager"};
 
 using Table = std::map<std::int32_t, PlistArray>;
 
@@ -24,11 +31,8 @@ void addAssertion(Table& table, std::int32_t processId, const std::string& name)
 }
 
 /// logind's inhibitors: a(ssssuu) of what (colon-separated), who, why, mode, uid, pid.
-bool addLogindInhibitors(Table& table) {
-    const dbus::Address manager{"org.freedesktop.login1", "/org/freedesktop/login1",
-                                "org.freedesktop.login1.Manager"};
-    std::optional<QVariant> result =
-        dbus::firstResult(dbus::call(QDBusConnection::systemBus(), manager, "ListInhibitors"));
+bool addLogindInhibitors(Table& table, const QDBusMessage& reply) {
+    std::optional<QVariant> result = dbus::firstResult(reply);
     if (!result || !result->canConvert<QDBusArgument>()) return false;
     const QDBusArgument list = result->value<QDBusArgument>();
     if (list.currentSignature() != QLatin1String("a(ssssuu)")) return false;
@@ -56,11 +60,10 @@ std::optional<std::int32_t> processOfAppId(const QDBusConnection& bus, QString a
 }
 
 /// GNOME session-manager inhibitors; their process is found only where the app id leads to it.
-bool addGnomeInhibitors(Table& table) {
+bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    const QString service = QStringLiteral("org.gnome.SessionManager");
-    std::optional<QVariant> result = dbus::firstResult(
-        dbus::call(bus, {service, "/org/gnome/SessionManager", service}, "GetInhibitors"));
+    const QString service = kGnomeSession.service;
+    std::optional<QVariant> result = dbus::firstResult(reply);
     if (!result || !result->canConvert<QDBusArgument>()) return false;
     const QList<QDBusObjectPath> paths =
         qdbus_cast<QList<QDBusObjectPath>>(result->value<QDBusArgument>());
@@ -78,16 +81,23 @@ bool addGnomeInhibitors(Table& table) {
 }
 
 /// MPRIS players that say they are playing. Counts as an answer only when some player answered.
-bool addPlayingPlayers(Table& table) {
+bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    std::optional<QStringList> names = dbus::names(bus);
+    const std::optional<QVariant> names = dbus::firstResult(namesReply);
     if (!names) return false;
-    bool answered = false;
-    for (const QString& name : *names) {
+    // Every player is asked before any answer is awaited: a desktop with a browser or two has
+    // several, and a slow one should not hold up the rest.
+    std::vector<std::pair<QString, QDBusPendingCall>> statuses;
+    for (const QString& name : names->toStringList()) {
         if (!name.startsWith(kMprisPrefix)) continue;
-        std::optional<QVariant> status =
-            dbus::property(bus, {name, "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player"},
-                           "PlaybackStatus");
+        statuses.emplace_back(
+            name, dbus::sendPropertyGet(
+                      bus, {name, "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player"},
+                      "PlaybackStatus"));
+    }
+    bool answered = false;
+    for (auto& [name, pending] : statuses) {
+        std::optional<QVariant> status = dbus::propertyValue(dbus::waitFor(pending));
         if (!status) continue;
         answered = true;
         if (status->toString() != QLatin1String("Playing")) continue;
@@ -101,10 +111,18 @@ bool addPlayingPlayers(Table& table) {
 }  // namespace
 
 PowerAssertionsReply LinuxPowerAssertions::assertionsByProcess() {
+    // The three sources are asked at once; each answer is read when it is needed.
+    const QDBusConnection session = QDBusConnection::sessionBus();
+    QDBusPendingCall logindCall =
+        dbus::send(QDBusConnection::systemBus(), kLogind, QStringLiteral("ListInhibitors"));
+    QDBusPendingCall gnomeCall =
+        dbus::send(session, kGnomeSession, QStringLiteral("GetInhibitors"));
+    QDBusPendingCall namesCall =
+        dbus::send(session, dbus::busDaemon(), QStringLiteral("ListNames"));
     Table table;
-    const bool logind = addLogindInhibitors(table);
-    const bool gnome = addGnomeInhibitors(table);
-    const bool players = addPlayingPlayers(table);
+    const bool logind = addLogindInhibitors(table, dbus::waitFor(logindCall));
+    const bool gnome = addGnomeInhibitors(table, dbus::waitFor(gnomeCall));
+    const bool players = addPlayingPlayers(table, dbus::waitFor(namesCall));
     if (!logind && !gnome && !players) return {.result = 1, .table = std::nullopt};
     std::map<std::int32_t, PlistValue> assertions;
     for (auto& [processId, records] : table) assertions.emplace(processId, std::move(records));

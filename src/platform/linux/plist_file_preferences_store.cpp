@@ -34,8 +34,11 @@ std::string utcStamp() {
 
 }  // namespace
 
-PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog& log)
-    : PlistFilePreferencesStore(path, log, load(path, log)) {}
+PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog& log,
+                                                     Scheduler scheduler)
+    : PlistFilePreferencesStore(path, log, std::move(scheduler), load(path, log)) {}
+
+PlistFilePreferencesStore::~PlistFilePreferencesStore() { flush(); }
 
 PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::string& path,
                                                                   SystemLog& log) {
@@ -70,14 +73,33 @@ PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::str
 }
 
 PlistFilePreferencesStore::PlistFilePreferencesStore(std::string path, SystemLog& log,
-                                                     Loaded loaded)
+                                                     Scheduler scheduler, Loaded loaded)
     : InMemoryPreferences(std::move(loaded.values)),
       path_(std::move(path)),
       log_(log),
+      scheduler_(std::move(scheduler)),
       mayWrite_(loaded.mayWrite) {}
 
 void PlistFilePreferencesStore::persist(const PlistDictionary& values) {
     if (!mayWrite_) return;
+    if (!scheduler_) {
+        write(values);
+        return;
+    }
+    if (writePending_) return;
+    writePending_ = true;
+    scheduler_([weakSelf = std::weak_ptr(self_)] {
+        if (const auto self = weakSelf.lock()) (*self)->flush();
+    });
+}
+
+void PlistFilePreferencesStore::flush() {
+    if (!writePending_) return;
+    writePending_ = false;
+    write(storedValues());
+}
+
+void PlistFilePreferencesStore::write(const PlistDictionary& values) {
     const std::string xml = toXmlPropertyList(PlistValue(values));
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
     if (xml.size() > kMaxPropertyListBytes || !isWithinParseLimits(bytes)) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/common/in_memory_preferences.h"
@@ -8,16 +10,27 @@
 namespace marzipel {
 
 /// The preferences domain kept in one XML property-list file whose top level is a dictionary.
-/// The file is read once at construction and rewritten atomically after every change; registered
+/// The file is read once at construction and rewritten atomically after changes; registered
 /// defaults stay in memory. Trouble with the file never reaches the caller: it is reported on
 /// `log` and the values live on in memory.
 class PlistFilePreferencesStore final : public InMemoryPreferences {
 public:
+    /// Runs a task soon, on the thread that changes the preferences.
+    using Scheduler = std::function<void(std::function<void()> task)>;
+
     /// Loads `path`. A missing file is an empty domain. A file that is not a property-list
     /// dictionary is kept for inspection as `path`.corrupt-<UTC time> and the domain starts
     /// empty; should that move fail, the file is left alone and changes are never saved.
     /// `log` must outlive the store.
-    PlistFilePreferencesStore(std::string path, SystemLog& log);
+    /// With a `scheduler`, a change is written by a scheduled task, once for a burst of changes,
+    /// instead of within the change: a flushed write can take milliseconds that a full-screen
+    /// switch should not wait for. Whatever is still unwritten is written by `flush` and on
+    /// destruction.
+    PlistFilePreferencesStore(std::string path, SystemLog& log, Scheduler scheduler = {});
+    ~PlistFilePreferencesStore() override;
+
+    /// Writes now when a change is waiting for its scheduled write.
+    void flush();
 
     /// The file this store reads and writes.
     const std::string& path() const { return path_; }
@@ -29,13 +42,20 @@ protected:
 private:
     /// The values read at start and whether the file may be written.
     struct Loaded;
-    PlistFilePreferencesStore(std::string path, SystemLog& log, Loaded loaded);
+    PlistFilePreferencesStore(std::string path, SystemLog& log, Scheduler scheduler, Loaded loaded);
     /// Reads the file, moving it aside when it cannot be used.
     static Loaded load(const std::string& path, SystemLog& log);
 
+    void write(const PlistDictionary& values);
+
     std::string path_;
     SystemLog& log_;
+    Scheduler scheduler_;
     bool mayWrite_;
+    bool writePending_ = false;
+    /// Lets a scheduled write that runs after the store is gone do nothing.
+    std::shared_ptr<PlistFilePreferencesStore*> self_ =
+        std::make_shared<PlistFilePreferencesStore*>(this);
 };
 
 /// $XDG_CONFIG_HOME/marzipel/com.orsavelt.Marzipel.plist, with ~/.config when XDG_CONFIG_HOME is

@@ -27,26 +27,33 @@ bool UPowerKeyboardBacklight::available() {
     return maxLevel && *maxLevel > 0;
 }
 
+std::optional<int> UPowerKeyboardBacklight::maxLevel(QDBusMessage& reply) {
+    if (!maxLevel_) maxLevel_ = askLevel("GetMaxBrightness", reply);
+    return maxLevel_;
+}
+
 float UPowerKeyboardBacklight::brightness() {
     QDBusMessage reply;
-    std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
-    std::optional<int> level = maxLevel ? askLevel("GetBrightness", reply) : std::nullopt;
+    const std::optional<int> max = maxLevel(reply);
+    const std::optional<int> level = max ? askLevel("GetBrightness", reply) : std::nullopt;
     if (!level) {
+        // UPower may have restarted with other hardware behind it.
+        maxLevel_.reset();
         log_.error(kAppLogSubsystem, kAppLogCategory,
                    "Could not read the keyboard backlight from UPower: " + dbus::errorText(reply));
         return 0.0f;
     }
-    return fractionOfLevel(*level, *maxLevel);
+    return fractionOfLevel(*level, *max);
 }
 
 void UPowerKeyboardBacklight::setBrightness(float value) {
     QDBusMessage reply;
-    std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
-    if (maxLevel) {
+    if (const std::optional<int> max = maxLevel(reply)) {
         reply = dbus::call(QDBusConnection::systemBus(), kKbdBacklight, "SetBrightness",
-                           {levelOfFraction(value, *maxLevel)});
+                           {levelOfFraction(value, *max)});
         if (reply.type() == QDBusMessage::ReplyMessage) return;
     }
+    maxLevel_.reset();
     log_.error(kAppLogSubsystem, kAppLogCategory,
                "Could not set the keyboard backlight through UPower: " + dbus::errorText(reply));
 }

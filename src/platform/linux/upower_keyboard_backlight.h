@@ -1,11 +1,16 @@
 #pragma once
 
+#include <QDBusMessage>
+#include <optional>
+
 #include "platform/linux/keyboard_backlight.h"
 #include "platform/system_log.h"
 
 namespace marzipel {
 
-/// UPower's keyboard backlight on the system bus, read and written as levels 0..max.
+/// UPower's keyboard backlight on the system bus, read and written as levels 0..max. The
+/// hardware's maximum is asked for once and kept until a call fails, so that switching the
+/// light off costs one call.
 class UPowerKeyboardBacklight final : public KeyboardBacklight {
 public:
     /// Whether UPower answers for a keyboard backlight right now.
@@ -17,7 +22,11 @@ public:
     void setBrightness(float value) override;
 
 private:
+    /// The kept maximum, else UPower's answer; nothing with `reply` holding the error.
+    std::optional<int> maxLevel(QDBusMessage& reply);
+
     SystemLog& log_;
+    std::optional<int> maxLevel_;
 };
 
 }  // namespace marzipel

@@ -9,12 +9,15 @@ namespace {
 // Enough for the longest client list or state list a desktop has, in 32-bit units.
 constexpr std::uint32_t kMaxPropertyLength = 1u << 16;
 
-XcbPtr<xcb_get_property_reply_t> property(xcb_connection_t* connection, xcb_window_t window,
-                                          xcb_atom_t name, xcb_atom_t type) {
+xcb_get_property_cookie_t ask(xcb_connection_t* connection, const PropertyRequest& request) {
+    return xcb_get_property(connection, 0, request.window, request.name, request.type, 0,
+                            kMaxPropertyLength);
+}
+
+PropertyReply answer(xcb_connection_t* connection, xcb_get_property_cookie_t cookie,
+                     xcb_atom_t type) {
     xcb_generic_error_t* error = nullptr;
-    XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection, xcb_get_property(connection, 0, window, name, type, 0, kMaxPropertyLength),
-        &error));
+    PropertyReply reply(xcb_get_property_reply(connection, cookie, &error));
     std::free(error);
     if (reply && reply->type != type) reply.reset();
     return reply;
@@ -47,22 +50,35 @@ bool X11Connection::isOpen() const {
     return root_ != XCB_WINDOW_NONE && xcb_connection_has_error(connection_) == 0;
 }
 
-std::vector<std::uint32_t> X11Connection::items(xcb_window_t window, xcb_atom_t name,
-                                                xcb_atom_t type) const {
-    if (!isOpen()) return {};
-    const auto reply = property(connection_, window, name, type);
+std::vector<PropertyReply> X11Connection::properties(
+    std::span<const PropertyRequest> requests) const {
+    std::vector<PropertyReply> replies(requests.size());
+    if (!isOpen()) return replies;
+    std::vector<xcb_get_property_cookie_t> cookies;
+    cookies.reserve(requests.size());
+    for (const PropertyRequest& request : requests) cookies.push_back(ask(connection_, request));
+    for (std::size_t i = 0; i < requests.size(); ++i)
+        replies[i] = answer(connection_, cookies[i], requests[i].type);
+    return replies;
+}
+
+std::vector<std::uint32_t> X11Connection::itemsOf(const PropertyReply& reply) {
     if (!reply || reply->format != 32) return {};
     const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
 }
 
-std::optional<std::string> X11Connection::bytes(xcb_window_t window, xcb_atom_t name,
-                                                xcb_atom_t type) const {
-    if (!isOpen()) return std::nullopt;
-    const auto reply = property(connection_, window, name, type);
+std::optional<std::string> X11Connection::bytesOf(const PropertyReply& reply) {
     if (!reply || reply->format != 8) return std::nullopt;
     return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
                        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+}
+
+std::vector<std::uint32_t> X11Connection::items(xcb_window_t window, xcb_atom_t name,
+                                                xcb_atom_t type) const {
+    if (!isOpen()) return {};
+    const PropertyRequest request{window, name, type};
+    return itemsOf(answer(connection_, ask(connection_, request), type));
 }
 
 xcb_window_t X11Connection::activeWindow() const {

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,15 @@ struct XcbFree {
 };
 template <typename T>
 using XcbPtr = std::unique_ptr<T, XcbFree>;
+
+/// A property asked for: `window`'s `name`, accepted only with type `type`.
+struct PropertyRequest {
+    xcb_window_t window = XCB_WINDOW_NONE;
+    xcb_atom_t name = XCB_ATOM_NONE;
+    xcb_atom_t type = XCB_ATOM_NONE;
+};
+
+using PropertyReply = XcbPtr<xcb_get_property_reply_t>;
 
 /// One connection to an X server, with the EWMH atoms interned. Every query waits for the
 /// server's answer and reads a failure (window gone, property missing or of another type,
@@ -41,9 +51,14 @@ public:
     /// The 32-bit items of `window`'s `property` when it has type `type`.
     std::vector<std::uint32_t> items(xcb_window_t window, xcb_atom_t property,
                                      xcb_atom_t type) const;
-    /// The bytes of `window`'s 8-bit `property` when it has type `type`.
-    std::optional<std::string> bytes(xcb_window_t window, xcb_atom_t property,
-                                     xcb_atom_t type) const;
+    /// The answers to `requests` in their order, each null where the window or property is
+    /// missing or of another type. All are sent before the first answer is awaited: one round trip
+    /// however many.
+    std::vector<PropertyReply> properties(std::span<const PropertyRequest> requests) const;
+    /// The 32-bit items of a reply from `properties`.
+    static std::vector<std::uint32_t> itemsOf(const PropertyReply& reply);
+    /// The bytes of a reply from `properties` to an 8-bit property.
+    static std::optional<std::string> bytesOf(const PropertyReply& reply);
 
     /// The root's _NET_ACTIVE_WINDOW, or XCB_WINDOW_NONE.
     xcb_window_t activeWindow() const;

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <fstream>
 #include <limits>
@@ -105,8 +106,16 @@ struct ClassHint {
     std::string className;
 };
 
-std::optional<ClassHint> classHint(const X11Connection& x, xcb_window_t window) {
-    const auto text = x.bytes(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING);
+/// What the workspace reads from a client window.
+struct WindowFacts {
+    xcb_window_t window = XCB_WINDOW_NONE;
+    std::optional<std::int32_t> processId;
+    bool taskbar = false;  // a normal window that does not skip the taskbar
+    std::optional<ClassHint> hint;
+    std::optional<std::string> gtkApplicationId;
+};
+
+std::optional<ClassHint> classHintOf(const std::optional<std::string>& text) {
     if (!text) return std::nullopt;
     const std::string_view all(*text);
     const auto end = all.find('\0');
@@ -118,60 +127,82 @@ std::optional<ClassHint> classHint(const X11Connection& x, xcb_window_t window) 
     return hint;
 }
 
-std::optional<std::int32_t> processIdOf(const X11Connection& x, xcb_window_t window) {
-    const auto pid = x.items(window, x.ewmh()._NET_WM_PID, XCB_ATOM_CARDINAL);
+std::optional<std::int32_t> processIdOf(const std::vector<std::uint32_t>& pid) {
     if (pid.empty() || pid.front() == 0 ||
         pid.front() > std::uint32_t{std::numeric_limits<std::int32_t>::max()})
         return std::nullopt;
     return static_cast<std::int32_t>(pid.front());
 }
 
-bool isTaskbarWindow(const X11Connection& x, xcb_window_t window) {
+/// The facts of every window in `windows`, read in one round trip to the server.
+std::vector<WindowFacts> factsOf(const X11Connection& x, const std::vector<xcb_window_t>& windows) {
     const auto& atoms = x.ewmh();
-    const auto types = x.items(window, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM);
-    const bool normal =
-        types.empty() || std::ranges::count(types, atoms._NET_WM_WINDOW_TYPE_NORMAL);
-    return normal && !x.hasState(window, atoms._NET_WM_STATE_SKIP_TASKBAR);
+    constexpr std::size_t kPerWindow = 5;
+    std::vector<PropertyRequest> requests;
+    requests.reserve(windows.size() * kPerWindow);
+    for (const xcb_window_t window : windows) {
+        requests.push_back({window, atoms._NET_WM_PID, XCB_ATOM_CARDINAL});
+        requests.push_back({window, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM});
+        requests.push_back({window, atoms._NET_WM_STATE, XCB_ATOM_ATOM});
+        requests.push_back({window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING});
+        requests.push_back({window, x.gtkApplicationIdAtom(), atoms.UTF8_STRING});
+    }
+    const auto replies = x.properties(requests);
+    std::vector<WindowFacts> result;
+    result.reserve(windows.size());
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const auto* reply = &replies[i * kPerWindow];
+        const auto types = X11Connection::itemsOf(reply[1]);
+        const bool normal =
+            types.empty() || std::ranges::count(types, atoms._NET_WM_WINDOW_TYPE_NORMAL);
+        const bool skipsTaskbar = std::ranges::count(X11Connection::itemsOf(reply[2]),
+                                                     atoms._NET_WM_STATE_SKIP_TASKBAR) > 0;
+        auto gtk = X11Connection::bytesOf(reply[4]);
+        if (gtk && gtk->empty()) gtk.reset();
+        result.push_back({windows[i], processIdOf(X11Connection::itemsOf(reply[0])),
+                          normal && !skipsTaskbar, classHintOf(X11Connection::bytesOf(reply[3])),
+                          std::move(gtk)});
+    }
+    return result;
 }
 
 /// A process with windows in the client list: the window that names it and its policy.
 struct Owner {
     std::int32_t processId = 0;
-    xcb_window_t window = XCB_WINDOW_NONE;
+    const WindowFacts* window = nullptr;
     bool regular = false;
 };
 
-std::vector<Owner> owners(const X11Connection& x) {
+std::vector<Owner> owners(const std::vector<WindowFacts>& windows) {
     std::vector<Owner> result;
-    for (const xcb_window_t window :
-         x.items(x.root(), x.ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW)) {
-        const auto pid = processIdOf(x, window);
-        if (!pid) continue;
-        auto owner = std::ranges::find(result, *pid, &Owner::processId);
-        if (owner == result.end()) owner = result.insert(result.end(), Owner{*pid, window, false});
-        if (!owner->regular && isTaskbarWindow(x, window)) *owner = Owner{*pid, window, true};
+    for (const WindowFacts& window : windows) {
+        if (!window.processId) continue;
+        auto owner = std::ranges::find(result, *window.processId, &Owner::processId);
+        if (owner == result.end())
+            owner = result.insert(result.end(), Owner{*window.processId, &window, false});
+        if (!owner->regular && window.taskbar) *owner = Owner{*window.processId, &window, true};
     }
     return result;
+}
+
+std::vector<WindowFacts> clientFacts(const X11Connection& x) {
+    return factsOf(x, x.items(x.root(), x.ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW));
 }
 
 /// Finds applications' desktop entries; reads the whole list at most once.
 class Identifier {
 public:
-    Identifier(const X11Connection& x, const DesktopEntries& entries, const std::string& procRoot)
-        : x_(x), entries_(entries), procRoot_(procRoot) {}
+    Identifier(const DesktopEntries& entries, const std::string& procRoot)
+        : entries_(entries), procRoot_(procRoot) {}
 
-    RunningApplication describe(const Owner& owner, xcb_window_t window) {
+    RunningApplication describe(const Owner& owner, const WindowFacts& window) {
         RunningApplication app;
         app.processId = owner.processId;
         app.activationPolicy =
             owner.regular ? ActivationPolicy::regular : ActivationPolicy::accessory;
-        const auto hint = classHint(x_, window);
-        std::optional<std::string> id;
-        if (auto gtk = x_.bytes(window, x_.gtkApplicationIdAtom(), x_.ewmh().UTF8_STRING);
-            gtk && !gtk->empty())
-            id = std::move(gtk);
-        else
-            id = sandboxId(owner.processId);
+        const auto& hint = window.hint;
+        std::optional<std::string> id = window.gtkApplicationId;
+        if (!id) id = sandboxId(owner.processId);
         std::optional<DesktopEntry> entry;
         if (id) {
             entry = application(*id);
@@ -228,7 +259,6 @@ private:
         return std::nullopt;
     }
 
-    const X11Connection& x_;
     const DesktopEntries& entries_;
     const std::string& procRoot_;
     std::optional<std::vector<DesktopEntry>> all_;
@@ -252,33 +282,43 @@ const X11Connection* X11Workspace::connection() const {
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
     const auto* x = connection();
     if (!x) return std::nullopt;
-    const xcb_window_t active = x->activeWindow();
-    if (active == XCB_WINDOW_NONE) return std::nullopt;
-    const auto pid = processIdOf(*x, active);
-    if (!pid) return std::nullopt;
-    const auto all = owners(*x);
-    const auto owner = std::ranges::find(all, *pid, &Owner::processId);
-    const Owner found =
-        owner != all.end() ? *owner : Owner{*pid, active, isTaskbarWindow(*x, active)};
-    return Identifier(*x, entries_, procRoot_).describe(found, active);
+    const std::array<PropertyRequest, 2> requests{{
+        {x->root(), x->ewmh()._NET_ACTIVE_WINDOW, XCB_ATOM_WINDOW},
+        {x->root(), x->ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW},
+    }};
+    const auto replies = x->properties(requests);
+    const auto activeItems = X11Connection::itemsOf(replies[0]);
+    if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
+    const xcb_window_t active = activeItems.front();
+    auto clients = X11Connection::itemsOf(replies[1]);
+    if (std::ranges::count(clients, active) == 0) clients.push_back(active);
+    const auto windows = factsOf(*x, clients);
+    const auto& facts = *std::ranges::find(windows, active, &WindowFacts::window);
+    if (!facts.processId) return std::nullopt;
+    const auto all = owners(windows);
+    const auto owner = std::ranges::find(all, *facts.processId, &Owner::processId);
+    return Identifier(entries_, procRoot_).describe(*owner, facts);
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplications() const {
     const auto* x = connection();
     if (!x) return {};
-    Identifier identifier(*x, entries_, procRoot_);
+    const auto windows = clientFacts(*x);
+    Identifier identifier(entries_, procRoot_);
     std::vector<RunningApplication> result;
-    for (const auto& owner : owners(*x)) result.push_back(identifier.describe(owner, owner.window));
+    for (const auto& owner : owners(windows))
+        result.push_back(identifier.describe(owner, *owner.window));
     return result;
 }
 
 std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t processId) const {
     const auto* x = connection();
     if (!x) return std::nullopt;
-    const auto all = owners(*x);
+    const auto windows = clientFacts(*x);
+    const auto all = owners(windows);
     const auto owner = std::ranges::find(all, processId, &Owner::processId);
     if (owner == all.end()) return std::nullopt;
-    return Identifier(*x, entries_, procRoot_).describe(*owner, owner->window);
+    return Identifier(entries_, procRoot_).describe(*owner, *owner->window);
 }
 
 bool X11Workspace::openFolder(const std::string& folder) {

@@ -127,7 +127,7 @@ TEST_F(LinuxDesktopEntriesTest, TheUsersEntryShadowsTheSystemsUnlessItCannotBeRe
     EXPECT_EQ(entries.findById("vlc")->name, "System VLC");
 }
 
-TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedAfterAnEarlierLookup) {
+TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedOrEditedAfterAnEarlierLookup) {
     // A folder's time may not move within the clock's tick, so it is set ahead explicitly.
     auto touchLater = [](const std::string& folder) {
         struct stat info {};
@@ -151,6 +151,10 @@ TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedAfterAnEarlierLookup) {
     touchLater(system + "/applications/kde4");
     EXPECT_EQ(ids(entries.allEntries()),
               (std::vector<std::string>{"kde4-dragon", "kde4-games-patience", "mpv", "vlc"}));
+
+    // Rewriting a file in place leaves its folder's time alone.
+    put(system, "applications/mpv.desktop", entryText("mpv Media Player"));
+    EXPECT_EQ(entries.findById("mpv")->name, "mpv Media Player");
 }
 
 TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <regex>
 
 #include "platform/linux/atomic_file.h"
@@ -49,6 +51,28 @@ TEST_F(PlistFilePreferencesStoreTest, ChangesSurviveAReloadButDefaultsAreNeverWr
     PlistFilePreferencesStore reloaded(path, log);
     EXPECT_EQ(reloaded.storedValues(), expected);
     EXPECT_EQ(reloaded.object("welcomeScreenShown"), std::nullopt);
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST_F(PlistFilePreferencesStoreTest, ScheduledWritesCoverABurstAndNothingIsLostAtTheEnd) {
+    std::vector<std::function<void()>> tasks;
+    const auto schedule = [&tasks](std::function<void()> task) { tasks.push_back(task); };
+    auto store = std::make_unique<PlistFilePreferencesStore>(path, log, schedule);
+    store->setObject("welcomeScreenShown", true);
+    store->setObject("debugLoggingEnabled", true);
+    ASSERT_EQ(tasks.size(), 1u);
+    EXPECT_FALSE(fs::exists(path));
+
+    tasks[0]();
+    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", true},
+                                                         {"welcomeScreenShown", true}}));
+
+    store->setObject("debugLoggingEnabled", false);
+    ASSERT_EQ(tasks.size(), 2u);
+    store.reset();
+    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", false},
+                                                         {"welcomeScreenShown", true}}));
+    tasks[1]();  // after the store is gone: nothing happens
     EXPECT_TRUE(log.entries.empty());
 }
 
