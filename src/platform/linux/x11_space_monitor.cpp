@@ -2,6 +2,8 @@
 
 #include <QSocketNotifier>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 
 namespace marzipel {
@@ -36,9 +38,23 @@ X11SpaceMonitor::X11SpaceMonitor(SystemLog& log, const std::string& display)
 X11SpaceMonitor::~X11SpaceMonitor() = default;
 
 bool X11SpaceMonitor::isOnActiveSpace() const {
-    const xcb_window_t active = queries_.activeWindow();
-    const bool fullScreen = active != XCB_WINDOW_NONE &&
-                            queries_.hasState(active, queries_.ewmh()._NET_WM_STATE_FULLSCREEN);
+    // The window watched for state changes is nearly always still the active one, so its state
+    // is asked for together with the active window; only when another has come up since is its
+    // state asked for again.
+    const auto& atoms = queries_.ewmh();
+    const std::array<PropertyRequest, 2> requests{{
+        {queries_.root(), atoms._NET_ACTIVE_WINDOW, XCB_ATOM_WINDOW},
+        {watched_, atoms._NET_WM_STATE, XCB_ATOM_ATOM},
+    }};
+    const auto replies = queries_.properties(requests);
+    const auto activeItems = X11Connection::itemsOf(replies[0]);
+    const xcb_window_t active =
+        activeItems.empty() ? xcb_window_t{XCB_WINDOW_NONE} : activeItems[0];
+    const auto states = active == watched_ || active == XCB_WINDOW_NONE
+                            ? X11Connection::itemsOf(replies[1])
+                            : queries_.items(active, atoms._NET_WM_STATE, XCB_ATOM_ATOM);
+    const bool fullScreen =
+        active != XCB_WINDOW_NONE && std::ranges::count(states, atoms._NET_WM_STATE_FULLSCREEN) > 0;
     queries_.dropQueuedEvents();
     return !fullScreen;
 }
