@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Installs the Debian package into a freshly made minimal Debian 12 and starts it there, on an X
+# display of its own: what a user who installs the package gets. Needs root (for the chroot) and
+# the network; takes a few minutes, so scripts/test leaves it out.
+#   packaging/linux/try-deb-in-clean-debian.sh [BUILD_DIR]      (default: build/release)
+# Leaves the package's path, the install log and a screenshot in BUILD_DIR/clean-debian/.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/../.." && pwd)
+build=${1:-$root/build/release}
+out=$build/clean-debian
+[ "$(id -u)" = 0 ] || { echo "needs root, for the chroot" >&2; exit 2; }
+for tool in mmdebstrap Xvfb xdotool import; do
+  command -v "$tool" >/dev/null || { echo "needs $tool (apt-get install mmdebstrap xvfb xdotool imagemagick)" >&2; exit 2; }
+done
+
+[ -f "$build/CPackConfig.cmake" ] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake --build "$build" --target marzipel >/dev/null
+mkdir -p "$out"
+deb=$("$root/packaging/linux/check-deb.sh" "$build" "$out")
+
+work=$(mktemp -d /tmp/marzipel-clean-debian.XXXXXX)
+system=$work/root
+xvfb=
+cleanup() {
+  [ -n "$xvfb" ] && kill "$xvfb" 2>/dev/null && wait "$xvfb" 2>/dev/null
+  for mount in "$system/tmp/.X11-unix" "$system/proc"; do
+    mountpoint -q "$mount" && umount "$mount"
+  done
+  # Only once nothing of the host is mounted inside any more.
+  if ! grep -q " $work/" /proc/mounts; then rm -rf "$work"; fi
+}
+trap cleanup EXIT
+
+echo "Making a minimal Debian 12 in $system ..."
+mmdebstrap --variant=apt --quiet bookworm "$system" >"$out/mmdebstrap.log" 2>&1 ||
+  { tail -20 "$out/mmdebstrap.log" >&2; exit 1; }
+cp "$deb" "$system/tmp/"
+cp /etc/resolv.conf "$system/etc/resolv.conf"
+echo "Installing $(basename "$deb") with its dependencies and nothing recommended ..."
+{ chroot "$system" apt-get update &&
+  chroot "$system" apt-get install -y --no-install-recommends "/tmp/$(basename "$deb")"; } \
+  >"$out/install.log" 2>&1 || { tail -20 "$out/install.log" >&2; exit 1; }
+chroot "$system" test -x /usr/bin/marzipel
+chroot "$system" test -f /usr/share/applications/com.orsavelt.Marzipel.desktop
+
+mount -t proc proc "$system/proc"
+mkdir -p "$system/tmp/.X11-unix"
+mount --bind /tmp/.X11-unix "$system/tmp/.X11-unix"
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+xvfb=$!
+deadline=$((SECONDS + 20))
+until grep -q . "$work/display"; do
+  [ $SECONDS -lt $deadline ] || { echo "Xvfb did not start" >&2; exit 1; }
+  sleep 0.1
+done
+display=:$(head -1 "$work/display")
+
+echo "Starting marzipel on $display inside the new system (no session bus, no tray) ..."
+chroot "$system" env -i DISPLAY="$display" HOME=/root LANG=C.UTF-8 PATH=/usr/bin:/bin \
+  QT_QPA_PLATFORM=xcb marzipel >"$out/marzipel.log" 2>&1 &
+program=$!
+# On a first start the welcome window opens; its appearing shows the program is up.
+deadline=$((SECONDS + 30))
+until DISPLAY=$display xdotool search --classname marzipel >/dev/null 2>&1; do
+  kill -0 "$program" 2>/dev/null || { echo "marzipel ended early:" >&2; cat "$out/marzipel.log" >&2; exit 1; }
+  [ $SECONDS -lt $deadline ] || { echo "no marzipel window within 30 s" >&2; exit 1; }
+  sleep 0.2
+done
+DISPLAY=$display import -window root "$out/welcome.png"
+kill -TERM "$program"
+status=0
+wait "$program" || status=$?
+[ $status -eq 0 ] || { echo "marzipel ended with status $status on SIGTERM" >&2; cat "$out/marzipel.log" >&2; exit 1; }
+echo "Installed and started on a clean Debian 12; SIGTERM ended it cleanly."
+echo "Package: $deb"
+echo "Logs and a screenshot of the welcome window: $out/"
