@@ -2,36 +2,29 @@
 
 #include <gtest/gtest.h>
 
-#include "core/tray_model.h"
-#include "core_world.h"
+#include "app/sim/sim_platform.h"
+#include "settings/settings_manager.h"
 
 namespace marzipel {
 namespace {
 
-using Lines = std::vector<std::string>;
-using AppDelegateTest = CoreWorld;
+struct NoWelcomeWindow final : WelcomeWindowPresenter {
+    void showWelcomeWindow() override {}
+};
 
-TEST_F(AppDelegateTest, FirstLaunchShowsTheWelcomeAndInstallsTheLoggerBeforeDetecting) {
-    settings.debugLoggingEnabled().set(true);
-    app();
-    EXPECT_EQ(AppDelegate::shared(), &app().appDelegate());
-    EXPECT_EQ(updater.starts, 1);
-    EXPECT_TRUE(updater.gentleReminders);
-    EXPECT_EQ(FileLogger::shared(), nullptr);
-
-    application.finishLaunching();
-    EXPECT_EQ(welcome.shown, 1);
-    EXPECT_EQ(application.policy, std::nullopt);
-    ASSERT_NE(FileLogger::shared(), nullptr);
-    EXPECT_EQ(logLines(), (Lines{"Left full screen", "Doing nothing, was not active"}));
-}
-
-TEST_F(AppDelegateTest, SharedIsTheNewestDelegateWhileItLives) {
+// What launching does is checked end to end by the launch scenario; this covers what it cannot
+// see: the updater's start and which delegate answers as the shared one.
+TEST(AppDelegateTest, StartsTheUpdaterAndTheNewestLivingDelegateIsShared) {
+    SimPlatform sim;
+    NoWelcomeWindow welcome;
+    SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
     auto make = [&] {
-        return std::make_unique<AppDelegate>(application, updater, welcome, settings, directories,
-                                             clock, console);
+        return std::make_unique<AppDelegate>(sim.application, sim.updater, welcome, settings,
+                                             sim.userDirectories, sim.clock, sim.console);
     };
     auto first = make();
+    EXPECT_EQ(sim.updater.starts, 1);
+    EXPECT_TRUE(sim.updater.gentleReminders);
     auto second = make();
     EXPECT_EQ(AppDelegate::shared(), second.get());
     first.reset();

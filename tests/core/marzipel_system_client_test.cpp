@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "base/float_text.h"
 #include "core/marzipel_system_client.h"
 #include "diagnostics/file_logger.h"
 #include "platform/sim/sim_basics.h"
@@ -10,20 +9,6 @@
 
 namespace marzipel {
 namespace {
-
-TEST(FloatTextTest, ShortestRoundTripWithAFractionalPart) {
-    EXPECT_EQ(floatText(0.0f), "0.0");
-    EXPECT_EQ(floatText(0.5f), "0.5");
-    EXPECT_EQ(floatText(1.0f), "1.0");
-    EXPECT_EQ(floatText(0.7f), "0.7");
-    EXPECT_EQ(floatText(0.1f + 0.2f), "0.3");
-    EXPECT_EQ(floatText(0.30000001f), "0.3");
-    EXPECT_EQ(floatText(0.0001f), "0.0001");
-    EXPECT_EQ(floatText(1e-7f), "1.0e-07");
-    EXPECT_EQ(floatText(2.5e-5f), "2.5e-05");
-    EXPECT_EQ(floatText(100000.0f), "100000.0");
-    EXPECT_EQ(floatText(1e30f), "1.0e+30");
-}
 
 struct MarzipelSystemClientTest : testing::Test {
     TempFolder home;
@@ -61,16 +46,6 @@ TEST_F(MarzipelSystemClientTest, CallsThePlatformAndLogsOnlyWhenDebugLoggingIsOn
     const std::string stamp = "1/1/26, 12:00:00 PM UTC: ";
     EXPECT_EQ(logText(), stamp + "Setting keyboard brightness to 0.5\n" + stamp +
                              "Disabling Night Shift\n" + stamp + "Enabling Night Shift\n");
-}
-
-TEST_F(MarzipelSystemClientTest, MissingNightShiftClientReadsZeroAndSendsNothing) {
-    world.blueLightMissing = true;
-    world.status = {true, 2, {22, 0}, {7, 0}};
-    MarzipelSystemClient client(factory.create(), settings);
-    EXPECT_EQ(client.nightShiftStatus(), BlueLightStatus{});
-    client.enableNightShift();
-    client.setNightShiftMode(0);
-    EXPECT_TRUE(world.calls.empty());
 }
 
 TEST(MarzipelSystemClientDeathTest, MissingKeyboardClientStopsTheProcess) {

@@ -1,8 +1,11 @@
 #include "core/trigger_state_machine.h"
 
+#include "core/marzipel_state.h"
+
 #include <gtest/gtest.h>
 
-#include "core_world.h"
+#include <string>
+#include <vector>
 
 namespace marzipel {
 namespace {
@@ -54,33 +57,6 @@ TEST(MarzipelStateTest, WillChangeSeesTheOldValueAndDidChangeTheNew) {
     state.setIsActive(true);
     state.setTriggerValue(!state.triggerValue());
     EXPECT_EQ(seen, (Lines{"will 1 was 0 isActive", "did 1", "will 1 was 1 trigger", "did 1"}));
-}
-
-using TriggerStateMachineTest = CoreWorld;
-
-TEST_F(TriggerStateMachineTest, CapturesBeforeAnyChangeAndRestoresFromTheRecord) {
-    trigger("org.videolan.vlc");
-    runApp(10, "org.videolan.vlc", "VLC");
-    brightness.keyboard = 0.7f;
-    brightness.status = {true, 0, {}, {}};
-    startLogging();
-
-    fullScreen(10);
-    EXPECT_EQ(events, (Lines{"data brightnessForKeyboard 1", "data getBlueLightStatus",
-                             "state isActive true", "tray Active for VLC",
-                             "app setBrightness 0.0 1", "app setEnabled false"}));
-    EXPECT_EQ(settings.marzipelData().get(), (MarzipelData{true, 0.7f}));
-
-    events.clear();
-    regularSpace();
-    // Night Shift switched on by hand, with no schedule, stays off.
-    EXPECT_EQ(events, (Lines{"app setBrightness 0.7 1", "app getBlueLightStatus",
-                             "state isActive false", "tray Waiting for triggers..."}));
-    EXPECT_EQ(logLines(), (Lines{"org.videolan.vlc went full screen",
-                                 "org.videolan.vlc went full screen but is not playing video",
-                                 "Setting keyboard brightness to 0.0", "Disabling Night Shift",
-                                 "Left full screen", "Setting keyboard brightness to 0.7",
-                                 "Not re-enabling Night Shift"}));
 }
 
 }  // namespace
