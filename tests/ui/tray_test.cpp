@@ -40,6 +40,9 @@ private Q_SLOTS:
         QVERIFY(!status->isEnabled());
         world.sim.workspace.frontmostProcessId = 7;
         state.setIsActive(true);
+        // The name is the one frontmost when the state changed, not whichever is frontmost now.
+        world.runApp(8, "org.example.other", "Other");
+        world.sim.workspace.frontmostProcessId = 8;
         QCOMPARE(shown(status), "Active for Tom & Jerry");
         world.sim.workspace.frontmostProcessId.reset();
         state.setTriggerValue(true);
@@ -69,14 +72,17 @@ private Q_SLOTS:
         QTRY_COMPARE(wantedAtTerminate, (std::vector<bool>{true, true}));
     }
 
-    void aboutGoesThroughTheApplication() {
+    void aboutAndQuitWithoutADelegateGoThroughTheApplication() {
         UiWorld world;
         MarzipelState state;
         TrayModel model(state, world.sim.workspace, world.sim.application);
         OpenSettingsAccessAction openSettings(world.sim.application);
         MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        QVERIFY(!AppDelegate::shared());
         entry(tray, "about")->trigger();
-        QCOMPARE(world.sim.application.calls, (std::vector<std::string>{"activate", "about"}));
+        entry(tray, "quit")->trigger();
+        QCOMPARE(world.sim.application.calls,
+                 (std::vector<std::string>{"activate", "about", "terminate"}));
     }
 
     void configureOpensOneSettingsWindow_data() {
