@@ -1,41 +1,19 @@
 #include "detection/desktop_entry_catalog.h"
 
-#include <map>
-
 #include <gtest/gtest.h>
 
 #include "platform/sim/sim_bundle_files.h"
+#include "support/fake_desktop_entries.h"
 
 namespace marzipel {
 namespace {
 
-/// Entries held in memory by path.
-class FakeDesktopEntries final : public DesktopEntries {
-public:
-    std::optional<DesktopEntry> readEntry(const std::string& path) const override {
-        auto found = byPath.find(path);
-        if (found == byPath.end()) return std::nullopt;
-        return found->second;
-    }
-    std::vector<std::string> applicationFolders() const override { return {}; }
-    FolderListing listFolder(const std::string&) const override { return {}; }
-    std::optional<DesktopEntry> findById(std::string_view) const override { return {}; }
-    std::vector<DesktopEntry> allEntries() const override { return {}; }
-
-    std::map<std::string, DesktopEntry> byPath;
-};
-
 class DesktopEntryCatalogTest : public ::testing::Test {
 protected:
-    /// A visible application entry at "/apps/<id>.desktop".
+    /// A visible application entry at "/usr/share/applications/<id>.desktop".
     DesktopEntry& add(const std::string& id, const std::string& name) {
-        const std::string path = "/apps/" + id + ".desktop";
-        DesktopEntry& entry = entries.byPath[path];
-        entry.id = id;
-        entry.path = path;
-        entry.name = name;
-        entry.isApplication = true;
-        return entry;
+        entries.add(id, name);
+        return entries.entries.back();
     }
 
     FakeDesktopEntries entries;
@@ -50,13 +28,12 @@ TEST_F(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItems) {
     add("menu", "M").noDisplay = true;
     add("link", "L").isApplication = false;
 
-    EXPECT_EQ(catalog.appItem("/apps/mpv.desktop"), (AppItem{"mpv", "mpv", "/icons/mpv.svg"}));
-    EXPECT_EQ(catalog.appItem("/apps/nameless.desktop"),
-              (AppItem{"nameless", "Unknown App", std::nullopt}));
-    EXPECT_FALSE(catalog.appItem("/apps/hidden.desktop"));
-    EXPECT_FALSE(catalog.appItem("/apps/menu.desktop"));
-    EXPECT_FALSE(catalog.appItem("/apps/link.desktop"));
-    EXPECT_FALSE(catalog.appItem("/apps/missing.desktop"));
+    const auto item = [&](const std::string& id) {
+        return catalog.appItem("/usr/share/applications/" + id + ".desktop");
+    };
+    EXPECT_EQ(item("mpv"), (AppItem{"mpv", "mpv", "/icons/mpv.svg"}));
+    EXPECT_EQ(item("nameless"), (AppItem{"nameless", "Unknown App", std::nullopt}));
+    for (const char* id : {"hidden", "menu", "link", "missing"}) EXPECT_FALSE(item(id)) << id;
 }
 
 TEST_F(DesktopEntryCatalogTest, OtherPathsAreReadAsBundles) {
@@ -68,19 +45,9 @@ TEST_F(DesktopEntryCatalogTest, OtherPathsAreReadAsBundles) {
                        "/Applications/VLC.app/Contents/Resources/VLCIcon.icns"}));
     EXPECT_FALSE(catalog.appItem("/Applications/Missing.app"));
 
-    EXPECT_TRUE(catalog.isApplicationPath("/apps/vlc.desktop"));
-    EXPECT_FALSE(catalog.isApplicationPath("/apps/vlc.DESKTOP"));
+    EXPECT_TRUE(catalog.isApplicationPath("/usr/share/applications/vlc.desktop"));
+    EXPECT_FALSE(catalog.isApplicationPath("/usr/share/applications/vlc.DESKTOP"));
     EXPECT_FALSE(catalog.isApplicationPath("/Applications/VLC.app"));
-}
-
-TEST_F(DesktopEntryCatalogTest, KnowsTheLinuxPlayersByTheirDesktopIds) {
-    for (std::string_view id : {"org.videolan.VLC", "vlc", "mpv", "io.mpv.Mpv", "org.gnome.Totem",
-                                "tv.kodi.Kodi", "org.kde.haruna"}) {
-        EXPECT_TRUE(catalog.isKnownVideoApp(id)) << id;
-    }
-    for (std::string_view id : {"org.videolan.vlc", "VLC", "org.gnome.TextEditor", ""}) {
-        EXPECT_FALSE(catalog.isKnownVideoApp(id)) << id;
-    }
 }
 
 }  // namespace

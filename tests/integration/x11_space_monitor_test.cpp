@@ -7,8 +7,8 @@
 
 #include <filesystem>
 
-#include "fake_desktop_entries.h"
 #include "platform/linux/x11_workspace.h"
+#include "support/fake_desktop_entries.h"
 #include "x_session.h"
 
 namespace marzipel {

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <tuple>
 
-#include "fake_desktop_entries.h"
+#include "support/fake_desktop_entries.h"
 #include "x_session.h"
 
 namespace marzipel {
