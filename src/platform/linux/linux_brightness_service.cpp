@@ -1,5 +1,8 @@
 #include "platform/linux/linux_brightness_service.h"
 
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QStringList>
 #include <optional>
 
 #include "platform/linux/gnome_night_light.h"
@@ -16,32 +19,6 @@ public:
     void setBrightness(float) override {}
 };
 
-class LinuxBrightnessService final : public BrightnessService {
-public:
-    LinuxBrightnessService(std::unique_ptr<KeyboardBacklight> keyboard,
-                           std::unique_ptr<BlueLight> blueLight)
-        : keyboard_(std::move(keyboard)), blueLight_(std::move(blueLight)) {}
-
-    // Only the built-in keyboard exists for us, whatever its number.
-    float brightnessForKeyboard(int) override { return keyboard_->brightness(); }
-    void setBrightness(float value, int) override { keyboard_->setBrightness(value); }
-
-    bool hasBlueLightClient() const override { return blueLight_ != nullptr; }
-    BlueLightStatus getBlueLightStatus() override {
-        return blueLight_ ? blueLight_->status() : BlueLightStatus{};
-    }
-    void setEnabled(bool enabled) override {
-        if (blueLight_) blueLight_->setEnabled(enabled);
-    }
-    void setMode(std::int32_t mode) override {
-        if (blueLight_) blueLight_->setMode(mode);
-    }
-
-private:
-    std::unique_ptr<KeyboardBacklight> keyboard_;
-    std::unique_ptr<BlueLight> blueLight_;
-};
-
 std::unique_ptr<BlueLight> findBlueLight(SystemLog& log) {
     if (GnomeNightLight::available()) return std::make_unique<GnomeNightLight>(log);
     if (std::optional<KWinNightColor::Generation> kwin = KWinNightColor::find()) {
@@ -49,6 +26,59 @@ std::unique_ptr<BlueLight> findBlueLight(SystemLog& log) {
     }
     return nullptr;
 }
+
+class LinuxBrightnessService final : public BrightnessService {
+public:
+    LinuxBrightnessService(std::unique_ptr<KeyboardBacklight> keyboard, SystemLog& log)
+        : keyboard_(std::move(keyboard)), log_(log), blueLight_(findBlueLight(log)) {
+        const QDBusConnection session = QDBusConnection::sessionBus();
+        if (blueLight_ || !session.isConnected()) return;
+        // Started at login, we may come up before the desktop's colour service does.
+        watcher_ = std::make_unique<QDBusServiceWatcher>();
+        watcher_->setConnection(session);
+        watcher_->setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+        watcher_->setWatchedServices(
+            {QStringLiteral("org.gnome.SettingsDaemon.Color"), QStringLiteral("org.kde.KWin")});
+        QObject::connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered,
+                         [this] { lookAgain_ = true; });
+    }
+
+    // Only the built-in keyboard exists for us, whatever its number.
+    float brightnessForKeyboard(int) override { return keyboard_->brightness(); }
+    void setBrightness(float value, int) override { keyboard_->setBrightness(value); }
+
+    /// With a session bus there is a client even before the desktop's service is up: until
+    /// then it reads all zero and sends nothing, as a missing client does.
+    bool hasBlueLightClient() const override { return blueLight_ || watcher_; }
+    BlueLightStatus getBlueLightStatus() override {
+        BlueLight* blueLight = current();
+        return blueLight ? blueLight->status() : BlueLightStatus{};
+    }
+    void setEnabled(bool enabled) override {
+        if (BlueLight* blueLight = current()) blueLight->setEnabled(enabled);
+    }
+    void setMode(std::int32_t mode) override {
+        if (BlueLight* blueLight = current()) blueLight->setMode(mode);
+    }
+
+private:
+    /// Once found, a service is kept: it rides out its own restarts, and KWin's inhibition
+    /// cookie must stay with the object that took it.
+    BlueLight* current() {
+        if (!blueLight_ && lookAgain_) {
+            lookAgain_ = false;
+            blueLight_ = findBlueLight(log_);
+            if (blueLight_) watcher_.reset();
+        }
+        return blueLight_.get();
+    }
+
+    std::unique_ptr<KeyboardBacklight> keyboard_;
+    SystemLog& log_;
+    std::unique_ptr<BlueLight> blueLight_;
+    std::unique_ptr<QDBusServiceWatcher> watcher_;
+    bool lookAgain_ = false;
+};
 
 }  // namespace
 
@@ -83,7 +113,7 @@ std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
             keyboard = std::make_unique<NoKeyboardBacklight>();
             break;
     }
-    return std::make_unique<LinuxBrightnessService>(std::move(keyboard), findBlueLight(log_));
+    return std::make_unique<LinuxBrightnessService>(std::move(keyboard), log_);
 }
 
 }  // namespace marzipel

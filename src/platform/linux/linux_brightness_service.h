@@ -14,14 +14,16 @@ namespace marzipel {
 /// Keyboard: UPower's keyboard backlight, else a kernel keyboard LED (read from its files and
 /// written through logind), else none: reads then give 0.0 and writes do nothing, which keeps the
 /// program running for the blue-light filter alone. Blue light: GNOME's Night Light, else KWin's
-/// Night Color; with neither on the session bus there is no blue-light client.
+/// Night Color; with neither on the session bus, one that comes up later is used from then on,
+/// and there is no blue-light client only without a session bus.
 class LinuxBrightnessServiceFactory final : public BrightnessServiceFactory {
 public:
     /// Looks for the keyboard backlight once; writes one line to `log` when there is none.
     explicit LinuxBrightnessServiceFactory(SystemLog& log,
                                            std::filesystem::path ledsFolder = "/sys/class/leds");
 
-    /// Never null. Looks for the blue-light service afresh.
+    /// Never null. Looks for the blue-light service afresh; the service lives on the thread
+    /// that calls this.
     std::unique_ptr<BrightnessService> create() override;
 
 private:

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QTime>
 
@@ -18,9 +19,21 @@ qint64 todayAt(int hour, int minute) {
     return QDateTime(QDate::currentDate(), QTime(hour, minute)).toSecsSinceEpoch();
 }
 
-TEST(NoBlueLightService, MeansNoClient) {
+TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) {
     RecordingLog log;
-    EXPECT_FALSE(createWithoutKeyboard(log)->hasBlueLightClient());
+    auto service = createWithoutKeyboard(log);
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+    service->setEnabled(false);
+
+    MockService kwin("kwin_night_color", kKWin, false, R"({"plasma": 6, "cookie": 7})");
+    EXPECT_TRUE(kwin.calls(kPlasma6Path, "inhibit").empty());
+    ASSERT_TRUE(waitUntil([&] {
+        QCoreApplication::processEvents();
+        return service->getBlueLightStatus().enabled;
+    }));
+    service->setEnabled(false);
+    EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 1u);
+    EXPECT_TRUE(log.lines.empty());
 }
 
 TEST(KWinNightColor, Plasma6NightOfTimingsReadsAsEnabledCustomSchedule) {
