@@ -1,21 +1,11 @@
 #include "x_session.h"
 
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
-#include <cstring>
 #include <stdexcept>
 
-extern char** environ;
-
 namespace marzipel {
-
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -26,29 +16,6 @@ int millisecondsUntil(Clock::time_point deadline) {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
 }
 
-/// Blocks until the process has ended or `timeout` has passed; true when it has ended.
-bool waitForExit(pid_t pid, std::chrono::milliseconds timeout) {
-    const int pidfd = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
-    if (pidfd < 0) return false;
-    pollfd entry{pidfd, POLLIN, 0};
-    const bool ended = poll(&entry, 1, static_cast<int>(timeout.count())) == 1;
-    close(pidfd);
-    return ended;
-}
-
-std::vector<std::string> environmentWith(const std::vector<std::string>& overrides) {
-    std::vector<std::string> result;
-    for (char** entry = environ; *entry; ++entry) {
-        const std::string_view text(*entry);
-        const auto name = text.substr(0, text.find('=') + 1);
-        if (std::ranges::none_of(overrides,
-                                 [&](const std::string& o) { return o.starts_with(name); }))
-            result.emplace_back(text);
-    }
-    result.insert(result.end(), overrides.begin(), overrides.end());
-    return result;
-}
-
 bool hasProperty(const X11Connection& x, xcb_window_t window, xcb_atom_t name) {
     xcb_generic_error_t* error = nullptr;
     XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(
@@ -57,45 +24,7 @@ bool hasProperty(const X11Connection& x, xcb_window_t window, xcb_atom_t name) {
     return reply && reply->type != XCB_ATOM_NONE;
 }
 
-std::vector<char*> pointers(std::vector<std::string>& strings) {
-    std::vector<char*> result;
-    for (auto& s : strings) result.push_back(s.data());
-    result.push_back(nullptr);
-    return result;
-}
-
 }  // namespace
-
-void ChildProcess::start(const std::vector<std::string>& argv,
-                         const std::vector<std::string>& environment, int inheritedFd) {
-    auto arguments = argv;
-    auto variables = environment;
-    const auto argp = pointers(arguments);
-    const auto envp = pointers(variables);
-    const int devNull = open("/dev/null", O_RDWR | O_CLOEXEC);
-    const pid_t parent = getpid();
-    pid_ = fork();
-    if (pid_ < 0) throw std::runtime_error("fork failed: " + std::string(std::strerror(errno)));
-    if (pid_ == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != parent) _exit(127);
-        dup2(devNull, STDIN_FILENO);
-        dup2(devNull, STDOUT_FILENO);
-        dup2(devNull, STDERR_FILENO);
-        if (inheritedFd >= 0) fcntl(inheritedFd, F_SETFD, 0);
-        execve(argp[0], argp.data(), envp.data());
-        _exit(127);
-    }
-    close(devNull);
-}
-
-void ChildProcess::stop() {
-    if (pid_ <= 0) return;
-    kill(pid_, SIGTERM);
-    if (!waitForExit(pid_, 5s)) kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-    pid_ = -1;
-}
 
 XClient::XClient(const std::string& display) : x_(display) {
     if (!x_.isOpen()) throw std::runtime_error("cannot connect to " + display);
@@ -200,30 +129,14 @@ void XClient::switchToDesktop(std::uint32_t desktop) {
 }
 
 XSession::XSession() {
-    int fds[2];
-    if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe2 failed");
-    server_.start({XVFB_PROGRAM, "-displayfd", std::to_string(fds[1]), "-screen", "0",
-                   "1024x768x24", "-nolisten", "tcp"},
-                  environmentWith({}), fds[1]);
-    close(fds[1]);
-    const auto deadline = Clock::now() + 10s;
-    std::string number;
-    char c = 0;
-    pollfd entry{fds[0], POLLIN, 0};
-    while (poll(&entry, 1, millisecondsUntil(deadline)) == 1 && read(fds[0], &c, 1) == 1 &&
-           c != '\n')
-        number += c;
-    close(fds[0]);
-    if (c != '\n' || number.empty()) throw std::runtime_error("Xvfb did not start");
-    display_ = ":" + number;
-
+    display_ = ":" + startAndReadLine(server_, {XVFB_PROGRAM, "-displayfd", "1", "-screen", "0",
+                                                "1024x768x24", "-nolisten", "tcp"});
     client_ = std::make_unique<XClient>(display_);
     const std::string home = home_.path().string();
-    windowManager_.start(
-        {OPENBOX_PROGRAM, "--sm-disable"},
-        environmentWith({"DISPLAY=" + display_, "HOME=" + home,
-                         "XDG_CONFIG_HOME=" + home + "/config", "XDG_CACHE_HOME=" + home + "/cache",
-                         "XDG_DATA_HOME=" + home + "/data"}));
+    windowManager_ =
+        Child({OPENBOX_PROGRAM, "--sm-disable"},
+              {"DISPLAY=" + display_, "HOME=" + home, "XDG_CONFIG_HOME=" + home + "/config",
+               "XDG_CACHE_HOME=" + home + "/cache", "XDG_DATA_HOME=" + home + "/data"});
     // Events that reach openbox while it is still starting up wait in its queue until the
     // next one arrives. So ask it something until it answers: from then on it is listening.
     const auto& x = client_->x();

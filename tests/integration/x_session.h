@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -11,29 +9,10 @@
 #include <vector>
 
 #include "platform/linux/x11_connection.h"
+#include "support/child_process.h"
 #include "support/temp_folder.h"
 
 namespace marzipel {
-
-using namespace std::chrono_literals;
-
-/// A program started by the test, ended (SIGTERM, then SIGKILL) when this goes away, and by
-/// the kernel when the test process dies first.
-class ChildProcess {
-public:
-    ChildProcess() = default;
-    ~ChildProcess() { stop(); }
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-
-    /// Runs `argv` with `environment`, its output thrown away; `inheritedFd` stays open in it.
-    void start(const std::vector<std::string>& argv, const std::vector<std::string>& environment,
-               int inheritedFd = -1);
-    void stop();
-
-private:
-    pid_t pid_ = -1;
-};
 
 /// One window of the test's own.
 struct TestWindow {
@@ -82,8 +61,8 @@ public:
 
 private:
     TempFolder home_;
-    ChildProcess server_;
-    ChildProcess windowManager_;
+    Child server_;
+    Child windowManager_;
     std::string display_;
     std::unique_ptr<XClient> client_;
 };

@@ -1,5 +1,7 @@
 #include "gnome_color.h"
 
+#include <gio/gio.h>
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -32,6 +34,30 @@ double hoursFromNow(double offset) {
     std::tm local{};
     localtime_r(&now, &local);
     return std::fmod(local.tm_hour + local.tm_min / 60.0 + offset + 24.0, 24.0);
+}
+
+void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys) {
+    GSettings* settings = g_settings_new("org.gnome.settings-daemon.plugins.color");
+    g_settings_set_boolean(settings, "night-light-enabled", keys.enabled);
+    g_settings_set_boolean(settings, "night-light-schedule-automatic", keys.automatic);
+    g_settings_set_double(settings, "night-light-schedule-from", keys.from);
+    g_settings_set_double(settings, "night-light-schedule-to", keys.to);
+    g_settings_sync();
+    g_object_unref(settings);
+}
+
+bool startColorDaemon(Child& daemon, const std::string& display,
+                      const std::filesystem::path& home) {
+    const std::filesystem::path runtime = home / "runtime";
+    std::filesystem::create_directories(runtime);
+    std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
+    // Now and then gsd-color ends at once, silently and with status 0; only a fresh start helps.
+    for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
+        daemon = Child({GSD_COLOR_PROGRAM}, {"DISPLAY=" + display, "HOME=" + home.string(),
+                                             "XDG_RUNTIME_DIR=" + runtime.string()});
+        waitUntil([&] { return colorServiceUp() || !daemon.running(); });
+    }
+    return colorServiceUp() && waitUntil([] { return colorProperty("NightLightActive"); });
 }
 
 }  // namespace marzipel::dbustest

@@ -1,5 +1,11 @@
 #pragma once
 
+#include <filesystem>
+#include <string>
+
+#include "platform/linux/night_light_schedule_keys.h"
+#include "support/child_process.h"
+
 namespace marzipel::dbustest {
 
 /// A boolean property of gsd-color's Night Light object on the session bus; false when it
@@ -9,5 +15,10 @@ bool colorProperty(const char* name);
 bool colorServiceUp();
 /// The local time of day `offset` hours from now, as fractional hours in [0, 24).
 double hoursFromNow(double offset);
+/// Stores the keys as the user's Night Light settings would, in this process's GSettings
+/// backend, and waits until they are written out.
+void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys);
+/// Starts gsd-color on `display` with `home`; true once its service is up with Night Light on.
+bool startColorDaemon(Child& daemon, const std::string& display, const std::filesystem::path& home);
 
 }  // namespace marzipel::dbustest

@@ -1,18 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <cmath>
-#include <ctime>
 #include <filesystem>
 #include <limits>
 #include <memory>
 
 #include "gnome_color.h"
-#include "mock_service.h"
-#include "night_light_keys_writer.h"
 #include "support/temp_folder.h"
 #include "test_world.h"
 
@@ -59,20 +51,8 @@ protected:
     }
 
     void startDaemon() {
-        const std::filesystem::path runtime = home_->path() / "runtime";
-        std::filesystem::create_directories(runtime);
-        std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
-        // Now and then gsd-color ends at once, silently and with status 0; only a fresh start
-        // helps then.
-        for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
-            daemon_ =
-                Child({GSD_COLOR_PROGRAM}, {"DISPLAY=" + display_, "HOME=" + home_->path().string(),
-                                            "XDG_RUNTIME_DIR=" + runtime.string()});
-            waitUntil([&] { return colorServiceUp() || !daemon_.running(); });
-        }
-        ASSERT_TRUE(colorServiceUp()) << "gsd-color did not come up";
-        ASSERT_TRUE(waitUntil([] { return colorProperty("NightLightActive"); }))
-            << "gsd-color did not switch Night Light on for the schedule";
+        ASSERT_TRUE(startColorDaemon(daemon_, display_, home_->path()))
+            << "gsd-color did not come up with Night Light on for the schedule";
     }
 
     void stopDaemon() {

@@ -1,58 +1,13 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <chrono>
 #include <filesystem>
-#include <functional>
-#include <string>
-#include <vector>
+
+#include "support/child_process.h"
 
 namespace marzipel::dbustest {
 
-using namespace std::chrono_literals;
-
-/// Polls `condition` until it holds or `timeout` has passed; true when it held.
-bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s);
-
-/// A program started by the test: ended (SIGTERM, then SIGKILL) when this goes away, and by the
-/// kernel when the test process dies first.
-class Child {
-public:
-    Child() = default;
-    /// Runs `argv` with the test's environment plus `environment` ("NAME=value"); its standard
-    /// output goes to `outputFd` when given, else to /dev/null.
-    Child(const std::vector<std::string>& argv, const std::vector<std::string>& environment = {},
-          int outputFd = -1);
-    ~Child() { stop(); }
-    Child(Child&& other) noexcept : pid_(other.pid_) { other.pid_ = -1; }
-    Child& operator=(Child&& other) noexcept;
-
-    pid_t pid() const { return pid_; }
-    /// False once the program has ended by itself.
-    bool running() const;
-    void stop();
-
-private:
-    pid_t pid_ = -1;
-};
-
-/// A program that writes one line when it is ready: started and read with a deadline.
-/// Throws when no line comes.
-std::string startAndReadLine(Child& child, const std::vector<std::string>& argv,
-                             const std::vector<std::string>& environment = {},
-                             std::chrono::milliseconds timeout = 10s);
-
-/// A bus of its own (dbus-daemon) that lets anyone own and call anything; `system` makes it
-/// stand in for the system bus.
-class PrivateBus {
-public:
-    PrivateBus(const std::filesystem::path& folder, bool system);
-    const std::string& address() const { return address_; }
-
-private:
-    Child daemon_;
-    std::string address_;
-};
+/// This program's scratch folder: its buses and its GSettings keyfile (XDG_CONFIG_HOME) live
+/// here. The main() that comes with it puts the tests on a private system and session bus.
+const std::filesystem::path& scratchFolder();
 
 }  // namespace marzipel::dbustest

@@ -7,11 +7,9 @@
 
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/system_log.h"
+#include "private_bus.h"
 
 namespace marzipel::dbustest {
-
-/// This program's scratch folder: its buses and its GSettings keyfile (XDG_CONFIG_HOME) live here.
-const std::filesystem::path& scratchFolder();
 
 /// Keeps what would go to the system log.
 class RecordingLog final : public SystemLog {

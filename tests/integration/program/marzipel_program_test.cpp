@@ -4,47 +4,35 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <cmath>
 #include <csignal>
-#include <ctime>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 
 #include "integration/dbus/gnome_color.h"
 #include "integration/dbus/mock_service.h"
-#include "integration/dbus/night_light_keys_writer.h"
-#include "integration/dbus/private_bus.h"
 #include "integration/x_session.h"
-#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
-using dbustest::Child;
 using dbustest::colorProperty;
 using dbustest::colorServiceUp;
 using dbustest::hoursFromNow;
 using dbustest::MockService;
-using dbustest::waitUntil;
 
 const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
 constexpr char kPlayer[] = "marzipel-test-player";
 constexpr char kOtherApp[] = "marzipel-test-other";
 
-TempFolder* scratch = nullptr;
-
-std::string gsettingsKeyfile() {
-    return readFile((scratch->path() / "config/glib-2.0/settings/keyfile").string());
+/// A path under the test program's scratch folder, where its buses and its settings live.
+std::string scratch(const std::string& relative) {
+    return (dbustest::scratchFolder() / relative).string();
 }
 
+std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }
+
 void writeDesktopEntry(const std::string& id, const std::string& name) {
-    const auto folder = scratch->path() / "data/applications";
+    const std::filesystem::path folder = scratch("data/applications");
     std::filesystem::create_directories(folder);
     writeFile((folder / (id + ".desktop")).string(),
               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
@@ -59,17 +47,8 @@ protected:
         dbustest::writeNightLightScheduleKeys(
             {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
         x_ = std::make_unique<XSession>();
-        const auto runtime = scratch->path() / "runtime";
-        std::filesystem::create_directories(runtime);
-        std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
         colorDaemon_ = std::make_unique<Child>();
-        // Now and then gsd-color ends at once, silently; only a fresh start helps then.
-        for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
-            *colorDaemon_ = Child({GSD_COLOR_PROGRAM},
-                                  {"DISPLAY=" + x_->display(), "HOME=" + scratch->file("home"),
-                                   "XDG_RUNTIME_DIR=" + runtime.string()});
-            waitUntil([] { return colorServiceUp() || !colorDaemon_->running(); });
-        }
+        dbustest::startColorDaemon(*colorDaemon_, x_->display(), scratch("home"));
     }
     static void TearDownTestSuite() {
         colorDaemon_.reset();
@@ -96,7 +75,8 @@ protected:
     void startMarzipel() {
         const auto documents = home_.path() / "Documents";
         std::filesystem::create_directories(documents);
-        const auto preferences = scratch->path() / "config/marzipel/com.orsavelt.Marzipel.plist";
+        const std::filesystem::path preferences =
+            scratch("config/marzipel/com.orsavelt.Marzipel.plist");
         std::filesystem::create_directories(preferences.parent_path());
         writeFile(preferences.string(),
                   R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -112,8 +92,8 @@ protected:
         marzipel_ = Child(
             {MARZIPEL_PROGRAM},
             {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb", "HOME=" + home_.path().string(),
-             "XDG_DATA_HOME=" + scratch->file("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
-             "XDG_RUNTIME_DIR=" + scratch->file("runtime")});
+             "XDG_DATA_HOME=" + scratch("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
+             "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
         // The debug log is opened once the event loop runs, when the X11 watch is in place.
         ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
             << "marzipel did not finish launching";
@@ -182,28 +162,3 @@ TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) 
 
 }  // namespace
 }  // namespace marzipel
-
-// Qt and GLib read the bus addresses and the settings backend once, at first use: everything
-// is pointed at this program's own buses and folders before anything else runs.
-int main(int argc, char** argv) {
-    using namespace marzipel;
-    TempFolder folder;
-    scratch = &folder;
-    std::unique_ptr<dbustest::PrivateBus> systemBus, sessionBus;
-    try {
-        systemBus = std::make_unique<dbustest::PrivateBus>(folder.path() / "system-bus", true);
-        sessionBus = std::make_unique<dbustest::PrivateBus>(folder.path() / "session-bus", false);
-    } catch (const std::exception& error) {
-        std::cerr << "cannot start the private buses: " << error.what() << '\n';
-        return 1;
-    }
-    setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus->address().c_str(), 1);
-    setenv("DBUS_SESSION_BUS_ADDRESS", sessionBus->address().c_str(), 1);
-    setenv("XDG_CONFIG_HOME", folder.file("config").c_str(), 1);
-    setenv("GSETTINGS_BACKEND", "keyfile", 1);
-    unsetenv("DISPLAY");
-
-    QCoreApplication application(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,0 +1,132 @@
+#include "support/child_process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <stdexcept>
+#include <thread>
+
+extern char** environ;
+
+namespace marzipel {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::vector<char*> pointers(std::vector<std::string>& strings) {
+    std::vector<char*> result;
+    for (auto& s : strings) result.push_back(s.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+bool exited(pid_t pid, std::chrono::milliseconds timeout) {
+    const auto deadline = Clock::now() + timeout;
+    do {
+        if (waitpid(pid, nullptr, WNOHANG) == pid) return true;
+        std::this_thread::sleep_for(5ms);
+    } while (Clock::now() < deadline);
+    return false;
+}
+
+}  // namespace
+
+bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
+    const auto deadline = Clock::now() + timeout;
+    for (;;) {
+        if (condition()) return true;
+        if (Clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(10ms);
+    }
+}
+
+Child::Child(const std::vector<std::string>& argv, const std::vector<std::string>& environment,
+             int outputFd) {
+    std::vector<std::string> arguments = argv;
+    std::vector<std::string> variables;
+    for (char** entry = environ; *entry; ++entry) {
+        const std::string_view text(*entry);
+        const std::string_view name = text.substr(0, text.find('=') + 1);
+        const bool replaced =
+            std::any_of(environment.begin(), environment.end(),
+                        [&](const std::string& e) { return e.starts_with(name); });
+        if (!replaced) variables.emplace_back(text);
+    }
+    variables.insert(variables.end(), environment.begin(), environment.end());
+    const auto argp = pointers(arguments);
+    const auto envp = pointers(variables);
+    const int devNull = open("/dev/null", O_RDWR | O_CLOEXEC);
+    const pid_t parent = getpid();
+    pid_ = fork();
+    if (pid_ < 0) throw std::runtime_error("fork failed");
+    if (pid_ == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) _exit(127);
+        setpgid(0, 0);
+        dup2(devNull, STDIN_FILENO);
+        dup2(outputFd >= 0 ? outputFd : devNull, STDOUT_FILENO);
+        if (!std::getenv("MARZIPEL_TEST_CHILD_STDERR")) dup2(devNull, STDERR_FILENO);
+        execvpe(argp[0], argp.data(), envp.data());
+        _exit(127);
+    }
+    close(devNull);
+}
+
+Child& Child::operator=(Child&& other) noexcept {
+    if (this != &other) {
+        stop();
+        pid_ = other.pid_;
+        other.pid_ = -1;
+    }
+    return *this;
+}
+
+bool Child::running() const {
+    siginfo_t info{};
+    return pid_ > 0 && waitid(P_PID, pid_, &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0;
+}
+
+void Child::stop() {
+    if (pid_ <= 0) return;
+    kill(-pid_, SIGTERM);
+    kill(pid_, SIGTERM);
+    if (!exited(pid_, 5s)) {
+        kill(-pid_, SIGKILL);
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
+    pid_ = -1;
+}
+
+std::string startAndReadLine(Child& child, const std::vector<std::string>& argv,
+                             const std::vector<std::string>& environment,
+                             std::chrono::milliseconds timeout) {
+    int fds[2];
+    if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe2 failed");
+    child = Child(argv, environment, fds[1]);
+    close(fds[1]);
+    const auto deadline = Clock::now() + timeout;
+    std::string line;
+    char c = 0;
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        pollfd entry{fds[0], POLLIN, 0};
+        if (left.count() <= 0 || poll(&entry, 1, static_cast<int>(left.count())) != 1 ||
+            read(fds[0], &c, 1) != 1 || c == '\n') {
+            break;
+        }
+        line.push_back(c);
+    }
+    close(fds[0]);
+    if (c != '\n' || line.empty()) throw std::runtime_error("no ready line from " + argv[0]);
+    return line;
+}
+
+}  // namespace marzipel
