@@ -10,7 +10,6 @@
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <cstdio>
-#include <functional>
 
 #include "core/marzipel_state.h"
 #include "core/tray_model.h"
@@ -25,50 +24,25 @@ namespace {
 
 QPalette darkPalette() {
     QPalette palette;
-    const QColor window(58, 58, 62), base(36, 36, 40), text(232, 232, 232);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, QColor(46, 46, 50));
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(60, 60, 64));
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::ToolTipBase, base);
-    palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::Highlight, QColor(53, 132, 228));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+    const QColor text(232, 232, 232);
+    for (const auto& [role, colour] : {std::pair{QPalette::Window, QColor(58, 58, 62)},
+                                       {QPalette::WindowText, text},
+                                       {QPalette::Base, QColor(36, 36, 40)},
+                                       {QPalette::AlternateBase, QColor(46, 46, 50)},
+                                       {QPalette::Text, text},
+                                       {QPalette::Button, QColor(60, 60, 64)},
+                                       {QPalette::ButtonText, text},
+                                       {QPalette::Highlight, QColor(53, 132, 228)},
+                                       {QPalette::HighlightedText, QColor(Qt::white)},
+                                       {QPalette::Light, QColor(75, 75, 80)},
+                                       {QPalette::Mid, QColor(70, 70, 74)},
+                                       {QPalette::Dark, QColor(25, 25, 27)}}) {
+        palette.setColor(role, colour);
+    }
     for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
     }
-    palette.setColor(QPalette::Light, QColor(75, 75, 80));
-    palette.setColor(QPalette::Mid, QColor(70, 70, 74));
-    palette.setColor(QPalette::Dark, QColor(25, 25, 27));
     return palette;
-}
-
-/// A rounded tile with a letter, standing in for an application's icon.
-Image tileIcon(QColor colour, QChar letter) {
-    QImage picture(128, 128, QImage::Format_ARGB32);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(colour);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(QRectF(8, 8, 112, 112), 26, 26);
-    painter.setPen(Qt::white);
-    QFont font = painter.font();
-    font.setPixelSize(64);
-    font.setBold(true);
-    painter.setFont(font);
-    painter.drawText(picture.rect(), Qt::AlignCenter, QString(letter));
-    painter.end();
-    Image image{picture.width(), picture.height(), {}};
-    for (int y = 0; y < picture.height(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
-        image.pixels.insert(image.pixels.end(), row, row + picture.width());
-    }
-    return image;
 }
 
 struct Player {
@@ -85,14 +59,15 @@ const Player kPlayers[] = {
     {"/Applications/mpv.app", "io.mpv", "mpv", QColor(110, 50, 140)},
 };
 
-/// Installs the first `count` players in /Applications with their icons.
+/// Installs the first `count` players in /Applications, each with a tile of its colour as icon.
 void installPlayers(UiWorld& world, int count) {
     for (int i = 0; i < count; ++i) {
         const Player& player = kPlayers[i];
         world.addBundle(player.path, player.id, player.name, "AppIcon");
         world.bundleFiles.addEntry("/Applications", player.path);
         if (auto item = world.catalog.appItem(player.path); item && item->iconPath) {
-            world.imageLoader.images[*item->iconPath] = tileIcon(player.colour, player.name[0]);
+            world.imageLoader.images[*item->iconPath] =
+                Image{64, 64, std::vector<std::uint32_t>(64 * 64, player.colour.rgba())};
         }
     }
 }
@@ -111,20 +86,15 @@ public:
             failed_ = true;
         }
     }
-    /// `icon` at 2x on a light and a dark panel strip, as a tray would show it.
+    /// `icon` at 2x on a panel strip of the palette's window colour, as a tray would show it.
     void savePanel(const QIcon& icon, const QString& name) {
-        QImage strip(2 * 96, 2 * 28, QImage::Format_ARGB32);
+        QImage strip(192, 56, QImage::Format_ARGB32);
+        strip.fill(QApplication::palette().color(QPalette::Window));
         QPainter painter(&strip);
-        painter.fillRect(0, 0, strip.width() / 2, strip.height(), QColor(236, 236, 236));
-        painter.fillRect(strip.width() / 2, 0, strip.width() / 2, strip.height(),
-                         QColor(32, 32, 34));
         const QPixmap pixmap = icon.pixmap(icon.actualSize(QSize(64, 18)), 2.0);
         const QSizeF size = pixmap.deviceIndependentSize() * 2;
-        for (int half = 0; half < 2; ++half) {
-            const QPointF at(half * strip.width() / 2 + (strip.width() / 2 - size.width()) / 2,
-                             (strip.height() - size.height()) / 2);
-            painter.drawPixmap(QRectF(at, size), pixmap, pixmap.rect());
-        }
+        const QPointF at((strip.width() - size.width()) / 2, (strip.height() - size.height()) / 2);
+        painter.drawPixmap(QRectF(at, size), pixmap, pixmap.rect());
         painter.end();
         const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
         if (!strip.save(path)) failed_ = true;
