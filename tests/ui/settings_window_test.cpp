@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "diagnostics/file_logger.h"
 #include "ui/settings_window.h"
 #include "ui/ui_world.h"
 
@@ -55,6 +56,10 @@ private Q_SLOTS:
         open.find<QCheckBox>("disableKeyboardBacklight")->click();
         open.find<QCheckBox>("disableNightShift")->click();
         QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::nightShift});
+
+        // Changes made elsewhere show up too.
+        open.world.settings.setFeatureEnabled(Feature::keyboardBacklight, true);
+        QTRY_VERIFY(open.find<QCheckBox>("disableKeyboardBacklight")->isChecked());
 
         open.find<QCheckBox>("launchAtLogin")->click();
         QCOMPARE(open.world.loginItems.currentStatus, LoginItemStatus::enabled);
@@ -114,6 +119,13 @@ private Q_SLOTS:
         open.find<QCheckBox>("enableDebugLogging")->click();
         QVERIFY(open.world.settings.debugLoggingEnabled().get());
         QTRY_COMPARE(logs->text(), "Logs are being saved to " + path);
+        FileLogger* logger = FileLogger::shared();
+        QVERIFY(logger);
+        QCOMPARE(logger->logFilePath(), path.toStdString());
+        // Switched off, the logger stays for the rest of the run.
+        open.find<QCheckBox>("enableDebugLogging")->click();
+        QTRY_COMPARE(logs->text(), "Logs will be saved to " + path);
+        QCOMPARE(FileLogger::shared(), logger);
 
         QTest::mouseClick(logs, Qt::LeftButton);
         QCOMPARE(open.world.sim.workspace.openedFolders,
