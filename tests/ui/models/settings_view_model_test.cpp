@@ -19,27 +19,19 @@ struct SettingsViewModelTest : testing::Test {
     }
 };
 
-TEST_F(SettingsViewModelTest, ReleasedCommandShiftDTogglesOnceItsPostedTaskRuns) {
+// Which key combinations toggle is checked through the settings window; this covers the
+// deferred toggle, which the window test cannot see.
+TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGone) {
     int changes = 0;
     auto changed = model->onChanged([&] { ++changes; });
-    for (KeyRelease ignored : {KeyRelease{'D', false, true}, KeyRelease{'D', true, false},
-                               KeyRelease{'E', true, true}, KeyRelease{'D', true, true, true}}) {
-        model->keyReleased(ignored);
-    }
+    model->keyReleased({.key = 'E', .shift = true, .command = true});
     EXPECT_TRUE(posted.empty());
-
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     EXPECT_FALSE(model->showAdvancedSettings()) << "not while the key event is handled";
     runPosted();
     EXPECT_TRUE(model->showAdvancedSettings());
+    EXPECT_EQ(changes, 1);
 
-    model->keyReleased({.key = 'D', .shift = true, .command = true, .otherModifiers = true});
-    runPosted();
-    EXPECT_FALSE(model->showAdvancedSettings());
-    EXPECT_EQ(changes, 2);
-}
-
-TEST_F(SettingsViewModelTest, ToggleArrivingAfterTheModelIsGoneDoesNothing) {
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     model.reset();
     // The new model most likely takes the freed place, where a stale toggle would show.
