@@ -1,7 +1,7 @@
 // A small program on LinuxApplication for the termination tests: prints "ready" once the event
 // loop runs, "log: MESSAGE" for each system-log entry, "will-terminate" for each will-terminate
-// notification and "ended" when the run is over. The first argument, "agree" or "refuse", is
-// its termination decision.
+// notification and "ended" when the run is over. Its termination decision always refuses, so
+// that only the signals can end it.
 
 #include <QApplication>
 #include <cstdio>
@@ -29,10 +29,9 @@ public:
 int main(int argc, char* argv[]) {
     using namespace marzipel;
     QApplication qtApplication(argc, argv);
-    const bool agree = argc > 1 && std::string(argv[1]) == "agree";
     NotificationCenter center;
     PrintingSystemLog systemLog;
-    LinuxApplication application(center, systemLog, [agree] { return agree; });
+    LinuxApplication application(center, systemLog, [] { return false; });
     const Subscription launched =
         center.subscribe(kApplicationDidFinishLaunchingNotification, nullptr,
                          [](const Notification&) { say("ready"); });
