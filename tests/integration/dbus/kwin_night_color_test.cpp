@@ -36,47 +36,29 @@ TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) 
     EXPECT_TRUE(log.lines.empty());
 }
 
-TEST(KWinNightColor, Plasma6NightOfTimingsReadsAsEnabledCustomSchedule) {
-    MockService kwin("kwin_night_color", kKWin, false,
-                     "{\"plasma\": 6, \"mode\": 2, \"daylight\": false, \"previous\": " +
-                         std::to_string(todayAt(21, 15)) +
-                         ", \"scheduled\": " + std::to_string(todayAt(6, 45) + 86400) + "}");
+TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
+    const auto timings = [](bool daylight, qint64 previous, qint64 scheduled) {
+        return "{\"plasma\": 6, \"mode\": 2, \"daylight\": " +
+               std::string(daylight ? "true" : "false") +
+               ", \"previous\": " + std::to_string(previous) +
+               ", \"scheduled\": " + std::to_string(scheduled) + "}";
+    };
+    const std::pair<std::string, BlueLightStatus> cases[] = {
+        // Plasma 6 at night reads the custom schedule from its transition times; by day the
+        // times are the other way round.
+        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400), {true, 2, {21, 15}, {6, 45}}},
+        {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, 2, {22, 30}, {7, 0}}},
+        // Plasma 5: daytime by temperature, and its own mode numbers.
+        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, 1, {}, {}}},
+        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 0, {}, {}}},
+        {R"({"plasma": 5, "mode": 1, "running": false})", {false, 1, {}, {}}},
+    };
     RecordingLog log;
-    auto service = createWithoutKeyboard(log);
-    ASSERT_TRUE(service->hasBlueLightClient());
-    EXPECT_EQ(service->getBlueLightStatus(),
-              (BlueLightStatus{.enabled = true, .mode = 2, .from = {21, 15}, .to = {6, 45}}));
-}
-
-TEST(KWinNightColor, Plasma6DayOfTimingsReadsAsOffWithTheScheduleTurnedAround) {
-    MockService kwin("kwin_night_color", kKWin, false,
-                     "{\"plasma\": 6, \"mode\": 2, \"daylight\": true, \"previous\": " +
-                         std::to_string(todayAt(7, 0)) +
-                         ", \"scheduled\": " + std::to_string(todayAt(22, 30)) + "}");
-    RecordingLog log;
-    EXPECT_EQ(createWithoutKeyboard(log)->getBlueLightStatus(),
-              (BlueLightStatus{.enabled = false, .mode = 2, .from = {22, 30}, .to = {7, 0}}));
-}
-
-TEST(KWinNightColor, Plasma5ModesAndDaytimeByTemperature) {
-    RecordingLog log;
-    {
-        MockService kwin("kwin_night_color", kKWin, false,
-                         R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})");
-        EXPECT_EQ(createWithoutKeyboard(log)->getBlueLightStatus(),
-                  (BlueLightStatus{.enabled = false, .mode = 1, .from = {}, .to = {}}));
-    }
-    {
-        MockService kwin("kwin_night_color", kKWin, false,
-                         R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})");
-        EXPECT_EQ(createWithoutKeyboard(log)->getBlueLightStatus(),
-                  (BlueLightStatus{.enabled = true, .mode = 0, .from = {}, .to = {}}));
-    }
-    {
-        MockService kwin("kwin_night_color", kKWin, false,
-                         R"({"plasma": 5, "mode": 1, "running": false})");
-        EXPECT_EQ(createWithoutKeyboard(log)->getBlueLightStatus(),
-                  (BlueLightStatus{.enabled = false, .mode = 1, .from = {}, .to = {}}));
+    for (const auto& [parameters, expected] : cases) {
+        MockService kwin("kwin_night_color", kKWin, false, parameters);
+        auto service = createWithoutKeyboard(log);
+        ASSERT_TRUE(service->hasBlueLightClient());
+        EXPECT_EQ(service->getBlueLightStatus(), expected) << parameters;
     }
     EXPECT_TRUE(log.lines.empty());
 }
