@@ -19,11 +19,8 @@ std::optional<Feature> decodeFeature(const std::string& text, std::string* error
     }
 }
 
-TEST(FeatureTest, JsonFormIsOneMemberHoldingAnEmptyObject) {
-    EXPECT_EQ(nlohmann::json(Feature::keyboardBacklight).dump(), R"({"keyboardBacklight":{}})");
-    EXPECT_EQ(nlohmann::json(Feature::onlyWhenPlayingVideo).dump(),
-              R"({"onlyWhenPlayingVideo":{}})");
-
+// The stored form of each feature is read back by the acceptance scenarios.
+TEST(FeatureTest, ReadsTheOneKnownMemberWhateverItHolds) {
     EXPECT_EQ(decodeFeature(R"({"nightShift":{"x":1}})"), Feature::nightShift);
     EXPECT_EQ(decodeFeature(R"({"nightShift":{},"foo":{}})"), Feature::nightShift);
 

@@ -190,19 +190,13 @@ TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
     EXPECT_EQ(iconOf(""), std::nullopt);
 }
 
+// Listing a folder is shared with the bundle files and tested there.
 TEST_F(LinuxDesktopEntriesTest, ListsOnlyApplicationFoldersThatExist) {
     EXPECT_TRUE(entries.applicationFolders().empty());
     put(system, "applications/mpv.desktop", entryText("mpv"));
     put(user, "applications/vlc.desktop", entryText("VLC"));
     EXPECT_EQ(entries.applicationFolders(),
               (std::vector<std::string>{user + "/applications", system + "/applications"}));
-
-    EXPECT_EQ(entries.listFolder(user + "/applications").paths,
-              (std::vector<std::string>{user + "/applications/vlc.desktop"}));
-    FolderListing missing = entries.listFolder(temp / "nowhere");
-    EXPECT_TRUE(missing.paths.empty());
-    ASSERT_TRUE(missing.error);
-    EXPECT_NE(missing.error->find(temp / "nowhere"), std::string::npos);
 }
 
 TEST(XdgDataFoldersTest, FollowsTheEnvironmentAndAddsTheSandboxExports) {
