@@ -8,21 +8,12 @@
 #include <filesystem>
 
 #include "platform/linux/x11_workspace.h"
+#include "platform/sim/sim_basics.h"
 #include "support/fake_desktop_entries.h"
 #include "x_session.h"
 
 namespace marzipel {
 namespace {
-
-class RecordingSystemLog final : public SystemLog {
-public:
-    void error(std::string_view subsystem, std::string_view category,
-               std::string_view message) override {
-        lines.push_back(std::string(subsystem) + " " + std::string(category) + " " +
-                        std::string(message));
-    }
-    std::vector<std::string> lines;
-};
 
 /// Runs the Qt event loop until `condition` holds or `timeout` has passed.
 bool processEventsUntil(const std::function<bool()>& condition,
@@ -78,7 +69,7 @@ protected:
 
     XSession session;
     XClient& client = session.client();
-    RecordingSystemLog log;
+    SimSystemLog log;
     X11SpaceMonitor monitor{log, session.display()};
     std::vector<Post> posts;
     std::size_t settled = 0;
@@ -109,7 +100,7 @@ TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
     act([&] { client.setFullScreen(player, false); });
     EXPECT_TRUE(postedWhile(player, true));
     EXPECT_TRUE(monitor.isOnActiveSpace());
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST_F(X11SpaceMonitorTest, PostsAgainForEveryMoveBetweenFullScreenWindows) {
@@ -137,10 +128,11 @@ TEST_F(X11SpaceMonitorTest, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
     ASSERT_FALSE(monitor.isOnActiveSpace());
 
     session.stopServer();
-    ASSERT_TRUE(processEventsUntil([&] { return !log.lines.empty(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return !log.entries.empty(); }));
     QCoreApplication::processEvents();
-    EXPECT_EQ(log.lines.size(), 1u);
-    EXPECT_EQ(log.lines.front().rfind("com.orsavelt MarzipelApp ", 0), 0u) << log.lines.front();
+    EXPECT_EQ(log.entries.size(), 1u);
+    EXPECT_EQ(log.entries.front().rfind("com.orsavelt/MarzipelApp: ", 0), 0u)
+        << log.entries.front();
     EXPECT_TRUE(monitor.isOnActiveSpace());
 
     FakeDesktopEntries entries;
@@ -161,7 +153,7 @@ std::string deadDisplay() {
 
 TEST(X11WithoutDisplayTest, StaysQuietAnswersTrueAndSaysSoOnce) {
     const auto display = deadDisplay();
-    RecordingSystemLog log;
+    SimSystemLog log;
     X11SpaceMonitor monitor(log, display);
     int calls = 0;
     monitor.setActiveSpaceChangedHandler([&] { ++calls; });
@@ -169,8 +161,8 @@ TEST(X11WithoutDisplayTest, StaysQuietAnswersTrueAndSaysSoOnce) {
 
     EXPECT_TRUE(monitor.isOnActiveSpace());
     EXPECT_FALSE(monitor.mainBundleIsAgent());
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_NE(log.lines.front().find(display), std::string::npos) << log.lines.front();
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_NE(log.entries.front().find(display), std::string::npos) << log.entries.front();
     EXPECT_EQ(calls, 0);
 
     FakeDesktopEntries entries;

@@ -64,7 +64,7 @@ protected:
     static inline std::unique_ptr<Child> xServer_;
     static inline std::string display_;
     Child daemon_;
-    RecordingLog log_;
+    SimSystemLog log_;
 };
 
 TEST_F(GnomeNightLightTest, OffAndOnGoThroughDisabledUntilTomorrowAndLeaveTheUsersKeys) {
@@ -95,7 +95,7 @@ TEST_F(GnomeNightLightTest, OffAndOnGoThroughDisabledUntilTomorrowAndLeaveTheUse
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
 
     EXPECT_EQ(keyfile(), keysBefore);
-    EXPECT_TRUE(log_.lines.empty());
+    EXPECT_TRUE(log_.entries.empty());
 }
 
 TEST_F(GnomeNightLightTest, ModeFollowsTheUsersKeys) {
@@ -117,8 +117,8 @@ TEST_F(GnomeNightLightTest, VanishingDaemonIsSurvivedAndSaysWhy) {
 
     EXPECT_FALSE(service->getBlueLightStatus().enabled);
     service->setEnabled(true);
-    ASSERT_EQ(log_.lines.size(), 2u);
-    EXPECT_NE(log_.lines[1].find("Could not switch Night Light"), std::string::npos);
+    ASSERT_EQ(log_.entries.size(), 2u);
+    EXPECT_NE(log_.entries[1].find("Could not switch Night Light"), std::string::npos);
 
     startDaemon();
     service->setEnabled(false);

@@ -46,7 +46,7 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
 
 TEST(UPowerKeyboard, MapsLevelsBothWaysAndSendsEachWrite) {
     auto upower = startUPower(3, 1);
-    RecordingLog log;
+    SimSystemLog log;
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
     auto service = factory.create();
@@ -57,12 +57,12 @@ TEST(UPowerKeyboard, MapsLevelsBothWaysAndSendsEachWrite) {
     service->setBrightness(0.0f, 1);
     service->setBrightness(1.0f, 1);
     EXPECT_EQ(levelsSet(*upower), (std::vector<int>{2, 0, 3}));
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
     auto upower = startUPower(4, 4);
-    RecordingLog log;
+    SimSystemLog log;
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
     auto service = factory.create();
@@ -71,8 +71,8 @@ TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
 
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
     service->setBrightness(0.25f, 1);
-    ASSERT_EQ(log.lines.size(), 2u);
-    EXPECT_NE(log.lines[1].find("Could not set the keyboard backlight"), std::string::npos);
+    ASSERT_EQ(log.entries.size(), 2u);
+    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
 
     // Back with other hardware: the maximum known before is not trusted.
     upower = startUPower(8, 1);
@@ -82,7 +82,7 @@ TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
 }
 
 TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {
-    RecordingLog log;
+    SimSystemLog log;
     TempFolder leds;
     std::filesystem::create_directory(leds.path() / "input3::capslock");
     LinuxBrightnessServiceFactory factory(log, leds.path());
@@ -93,8 +93,8 @@ TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {
     EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
     first->setBrightness(0.5f, 1);
     EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
-    ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_NE(log.lines[0].find("No keyboard backlight"), std::string::npos);
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_NE(log.entries[0].find("No keyboard backlight"), std::string::npos);
 }
 
 TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
@@ -115,7 +115,7 @@ TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
                     QString::fromStdString("open('" + (led / "brightness").string() +
                                            "', 'w').write(str(args[2]))")});
 
-    RecordingLog log;
+    SimSystemLog log;
     LinuxBrightnessServiceFactory factory(log, leds.path());
     auto service = factory.create();
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.5f);
@@ -127,7 +127,7 @@ TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
     EXPECT_EQ(calls[0], (QVariantList{"leds", "tpacpi::kbd_backlight", 2u}));
     EXPECT_EQ(calls[1].at(2).toUInt(), 0u);
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 }  // namespace

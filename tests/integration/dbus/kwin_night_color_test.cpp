@@ -20,7 +20,7 @@ qint64 todayAt(int hour, int minute) {
 }
 
 TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) {
-    RecordingLog log;
+    SimSystemLog log;
     auto service = createWithoutKeyboard(log);
     EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
     service->setEnabled(false);
@@ -33,7 +33,7 @@ TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) 
     }));
     service->setEnabled(false);
     EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 1u);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
@@ -53,19 +53,19 @@ TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
         {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 0, {}, {}}},
         {R"({"plasma": 5, "mode": 1, "running": false})", {false, 1, {}, {}}},
     };
-    RecordingLog log;
+    SimSystemLog log;
     for (const auto& [parameters, expected] : cases) {
         MockService kwin("kwin_night_color", kKWin, false, parameters);
         auto service = createWithoutKeyboard(log);
         ASSERT_TRUE(service->hasBlueLightClient());
         EXPECT_EQ(service->getBlueLightStatus(), expected) << parameters;
     }
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(KWinNightColor, HoldsOneInhibitionAndGivesBackItsCookie) {
     MockService kwin("kwin_night_color", kKWin, false, R"({"plasma": 6, "cookie": 41})");
-    RecordingLog log;
+    SimSystemLog log;
     auto service = createWithoutKeyboard(log);
 
     service->setEnabled(false);
@@ -84,13 +84,13 @@ TEST(KWinNightColor, HoldsOneInhibitionAndGivesBackItsCookie) {
     service->setEnabled(true);
     EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 2u);
     EXPECT_EQ(kwin.calls(kPlasma6Path, "uninhibit").size(), 2u);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(KWinNightColor, Plasma5VanishingWhileInhibitedIsSurvived) {
     auto kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
                                               R"({"plasma": 5, "cookie": 3})");
-    RecordingLog log;
+    SimSystemLog log;
     auto service = createWithoutKeyboard(log);
     service->setEnabled(false);
     ASSERT_EQ(kwin->calls(kPlasma5Path, "inhibit").size(), 1u);
@@ -98,7 +98,7 @@ TEST(KWinNightColor, Plasma5VanishingWhileInhibitedIsSurvived) {
 
     EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
     service->setEnabled(true);
-    EXPECT_EQ(log.lines.size(), 2u);
+    EXPECT_EQ(log.entries.size(), 2u);
 
     kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
                                          R"({"plasma": 5, "cookie": 9})");
