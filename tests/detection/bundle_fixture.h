@@ -42,11 +42,6 @@ inline plist_t toLibplist(const PlistValue& value) {
         value.storage());
 }
 
-inline void writeFile(const std::string& path, const std::string& bytes) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
 /// Writes `value` as a property-list file, encoded by libplist itself.
 inline void writePlist(const std::string& path, const PlistValue& value, PlistFormat format) {
     plist_t root = toLibplist(value);

@@ -10,7 +10,6 @@ namespace {
 
 using testing::PlistFormat;
 using testing::writeBundle;
-using testing::writeFile;
 
 class BundleReaderTest : public ::testing::TestWithParam<PlistFormat> {};
 

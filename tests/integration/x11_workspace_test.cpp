@@ -37,9 +37,7 @@ std::string entryPath(const std::string& id) {
 class X11WorkspaceTest : public ::testing::Test {
 protected:
     void writeProcFile(std::int32_t processId, const std::string& name, std::string_view text) {
-        const auto path = proc.path() / std::to_string(processId) / name;
-        std::filesystem::create_directories(path.parent_path());
-        writeFile(path.string(), text);
+        writeFile(proc / (std::to_string(processId) + "/" + name), text);
     }
 
     XSession session;

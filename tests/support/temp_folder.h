@@ -35,7 +35,10 @@ private:
     std::filesystem::path path_;
 };
 
+/// Writes `contents` to `path`, making the folders on the way.
 inline void writeFile(const std::string& path, std::string_view contents) {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
     std::ofstream(path, std::ios::binary) << contents;
 }
 

@@ -32,9 +32,7 @@ std::string scratch(const std::string& relative) {
 std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }
 
 void writeDesktopEntry(const std::string& id, const std::string& name) {
-    const std::filesystem::path folder = scratch("data/applications");
-    std::filesystem::create_directories(folder);
-    writeFile((folder / (id + ".desktop")).string(),
+    writeFile(scratch("data/applications/" + id + ".desktop"),
               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
 }
 
@@ -75,10 +73,7 @@ protected:
     void startMarzipel() {
         const auto documents = home_.path() / "Documents";
         std::filesystem::create_directories(documents);
-        const std::filesystem::path preferences =
-            scratch("config/marzipel/com.orsavelt.Marzipel.plist");
-        std::filesystem::create_directories(preferences.parent_path());
-        writeFile(preferences.string(),
+        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
                   R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
 <plist version="1.0"><dict>

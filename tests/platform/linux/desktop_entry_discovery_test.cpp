@@ -17,10 +17,7 @@ TEST(DesktopEntryDiscoveryTest, FindsInstalledPlayersAmongRealEntries) {
     const std::string user = temp / "home/.local/share";
     const std::string system = temp / "usr/share";
     const std::string flatpak = temp / "var/lib/flatpak/exports/share";
-    auto put = [](const std::string& path, std::string_view contents) {
-        fs::create_directories(fs::path(path).parent_path());
-        writeFile(path, contents);
-    };
+    const auto put = writeFile;
     put(user + "/applications/mpv.desktop", "[Desktop Entry]\nType=Application\nName=mpv\n");
     put(system + "/applications/org.gnome.TextEditor.desktop",
         "[Desktop Entry]\nType=Application\nName=Text Editor\n");

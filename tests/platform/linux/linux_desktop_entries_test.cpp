@@ -23,10 +23,9 @@ protected:
     /// Writes `contents` at `relative` below `folder`, making the folders on the way.
     std::string put(const std::string& folder, std::string_view relative,
                     std::string_view contents = "") {
-        const fs::path path = fs::path(folder) / relative;
-        fs::create_directories(path.parent_path());
-        writeFile(path.string(), contents);
-        return path.string();
+        const std::string path = (fs::path(folder) / relative).string();
+        writeFile(path, contents);
+        return path;
     }
 
     std::vector<std::string> ids(const std::vector<DesktopEntry>& entries) {

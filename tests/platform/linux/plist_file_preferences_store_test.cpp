@@ -150,7 +150,6 @@ TEST_F(PlistFilePreferencesStoreTest, ValueTooDeepToReadBackIsNotSaved) {
 TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLink) {
     const std::string target = folder.file("dotfiles/Marzipel.plist");
     fs::create_directories(fs::path(path).parent_path());
-    fs::create_directories(fs::path(target).parent_path());
     writeFile(target, toXmlPropertyList(PlistDictionary{{"welcomeScreenShown", true}}));
     fs::create_symlink(target, path);
 

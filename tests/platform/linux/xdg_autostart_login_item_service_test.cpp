@@ -14,10 +14,7 @@ namespace fs = std::filesystem;
 
 class XdgAutostartLoginItemServiceTest : public ::testing::Test {
 protected:
-    void writeEntry(std::string_view contents) {
-        fs::create_directories(temp.path() / "autostart");
-        writeFile(entry, contents);
-    }
+    void writeEntry(std::string_view contents) { writeFile(entry, contents); }
 
     TempFolder temp;
     std::string entry = temp / "autostart/com.orsavelt.Marzipel.desktop";

@@ -10,7 +10,6 @@ namespace {
 class XdgUserDirectoriesTest : public ::testing::Test {
 protected:
     std::optional<std::string> documentsWith(std::string_view userDirs) {
-        std::filesystem::create_directories(folder.path() / ".config");
         writeFile(folder.file(".config/user-dirs.dirs"), userDirs);
         return XdgUserDirectories(home).documentsDirectory();
     }

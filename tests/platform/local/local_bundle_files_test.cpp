@@ -10,8 +10,6 @@
 namespace marzipel {
 namespace {
 
-using testing::writeFile;
-
 TEST(LocalBundleFilesTest, ListsDirectEntriesAsAbsolutePathsIncludingHiddenOnes) {
     TempFolder folder;
     writeFile(folder / ".hidden", "");
