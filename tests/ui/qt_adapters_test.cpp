@@ -55,7 +55,7 @@ private:
     }
 
 private Q_SLOTS:
-    void readsPixelsAsStraightArgb() {
+    void readsPixelsAsStraightArgbScaledDownKeepingTheAspect() {
         QImage picture(2, 1, QImage::Format_ARGB32);
         picture.setPixel(0, 0, 0x80ff0000);
         picture.setPixel(1, 0, 0xff00ff00);
@@ -67,15 +67,13 @@ private Q_SLOTS:
         QCOMPARE(image.pixels, (std::vector<std::uint32_t>{0x80ff0000, 0xff00ff00}));
         const QImage shown = pixmapFromImage(image, 45).toImage();
         QCOMPARE(shown.convertToFormat(QImage::Format_ARGB32).pixel(0, 0), 0x80ff0000u);
-    }
 
-    void scalesDownKeepingTheAspect() {
         QImage large(400, 200, QImage::Format_ARGB32);
         large.fill(Qt::red);
         QVERIFY(large.save(dir_.filePath("large.png")));
-        const Image image = loader_.loadImage(path("large.png"), 100);
-        QCOMPARE(QSize(image.width, image.height), QSize(100, 50));
-        QCOMPARE(image.pixels.size(), std::size_t(100 * 50));
+        const Image scaled = loader_.loadImage(path("large.png"), 100);
+        QCOMPARE(QSize(scaled.width, scaled.height), QSize(100, 50));
+        QCOMPARE(scaled.pixels.size(), std::size_t(100 * 50));
     }
 
     void readsVectorAndIconContainers() {

@@ -128,16 +128,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!application.aboutPanel());
     }
 
-    void remembersThePolicyWithoutAnX11Display() {
-        LinuxApplication application(center_, systemLog_);
-        QCOMPARE(application.activationPolicy(), ActivationPolicy::regular);
-        QWidget window;
-        window.show();
-        application.setActivationPolicy(ActivationPolicy::accessory);
-        QCOMPARE(application.activationPolicy(), ActivationPolicy::accessory);
-        QVERIFY(window.isVisible());
-    }
-
     void readsTheKernelRelease() {
         QCOMPARE(parseKernelRelease("6.1.0-18-amd64"), (OperatingSystemVersion{6, 1, 0}));
         QCOMPARE(parseKernelRelease("5.15"), (OperatingSystemVersion{5, 15, 0}));

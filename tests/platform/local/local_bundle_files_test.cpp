@@ -2,32 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-
-#include "detection/bundle_fixture.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
-TEST(LocalBundleFilesTest, ListsDirectEntriesAsAbsolutePathsIncludingHiddenOnes) {
-    TempFolder folder;
-    writeFile(folder / ".hidden", "");
-    writeFile(folder / "Vendor/Inner.app/Contents/Info.plist", "");
-    std::filesystem::create_directories(folder / "IINA.app");
-
-    LocalBundleFiles files;
-    FolderListing listing = files.listFolder(folder.path());
-    EXPECT_FALSE(listing.error);
-    std::ranges::sort(listing.paths);
-    EXPECT_EQ(listing.paths, (std::vector<std::string>{folder / ".hidden", folder / "IINA.app",
-                                                       folder / "Vendor"}));
-    EXPECT_TRUE(files.isDirectory(folder / "IINA.app"));
-    EXPECT_FALSE(files.isDirectory(folder / ".hidden"));
-    EXPECT_FALSE(files.isDirectory(folder / "nothing"));
-    EXPECT_FALSE(files.isDirectory(""));
-}
-
+// Listing, and reading bundles through these files, are run by the catalogue scenario.
 TEST(LocalBundleFilesTest, FolderThatCannotBeListedGivesErrorNamingIt) {
     TempFolder folder;
     writeFile(folder / "plain", "");
