@@ -25,15 +25,6 @@ std::vector<char*> pointers(std::vector<std::string>& strings) {
     return result;
 }
 
-bool exited(pid_t pid, std::chrono::milliseconds timeout) {
-    const auto deadline = Clock::now() + timeout;
-    do {
-        if (waitpid(pid, nullptr, WNOHANG) == pid) return true;
-        std::this_thread::sleep_for(5ms);
-    } while (Clock::now() < deadline);
-    return false;
-}
-
 }  // namespace
 
 bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
@@ -96,7 +87,7 @@ void Child::stop() {
     if (pid_ <= 0) return;
     kill(-pid_, SIGTERM);
     kill(pid_, SIGTERM);
-    if (!exited(pid_, 5s)) {
+    if (!waitUntil([this] { return waitpid(pid_, nullptr, WNOHANG) == pid_; }, 5s)) {
         kill(-pid_, SIGKILL);
         kill(pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);

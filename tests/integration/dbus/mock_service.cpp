@@ -42,13 +42,7 @@ void MockService::stop() {
 }
 
 std::vector<QVariantList> MockService::calls(const QString& path, const QString& method) const {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(name_, path, kMockInterface, "GetMethodCalls");
-    message.setArguments({method});
-    const QDBusMessage reply = bus().call(message, QDBus::Block, 5000);
-    if (reply.type() != QDBusMessage::ReplyMessage) {
-        throw std::runtime_error("GetMethodCalls failed: " + reply.errorMessage().toStdString());
-    }
+    const QDBusMessage reply = control(path, "GetMethodCalls", {method});
     std::vector<QVariantList> result;
     const QDBusArgument list = reply.arguments().at(0).value<QDBusArgument>();
     list.beginArray();
@@ -64,8 +58,8 @@ std::vector<QVariantList> MockService::calls(const QString& path, const QString&
     return result;
 }
 
-void MockService::control(const QString& path, const QString& method,
-                          const QVariantList& arguments) const {
+QDBusMessage MockService::control(const QString& path, const QString& method,
+                                  const QVariantList& arguments) const {
     QDBusMessage message = QDBusMessage::createMethodCall(name_, path, kMockInterface, method);
     message.setArguments(arguments);
     const QDBusMessage reply = bus().call(message, QDBus::Block, 5000);
@@ -73,6 +67,7 @@ void MockService::control(const QString& path, const QString& method,
         throw std::runtime_error(method.toStdString() +
                                  " failed: " + reply.errorMessage().toStdString());
     }
+    return reply;
 }
 
 }  // namespace marzipel::dbustest

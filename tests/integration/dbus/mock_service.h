@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QString>
 #include <QVariantList>
 #include <string>
@@ -26,8 +27,10 @@ public:
 
     /// Arguments of each call of `method` on the object at `path`, oldest first.
     std::vector<QVariantList> calls(const QString& path, const QString& method) const;
-    /// Calls a method of dbusmock's own control interface on the object at `path`.
-    void control(const QString& path, const QString& method, const QVariantList& arguments) const;
+    /// Calls a method of dbusmock's own control interface on the object at `path`; throws when
+    /// it fails.
+    QDBusMessage control(const QString& path, const QString& method,
+                         const QVariantList& arguments) const;
 
 private:
     Child process_;
