@@ -10,6 +10,14 @@ using namespace marzipel;
 
 namespace {
 
+/// A tray over a state of its own, as the program makes one.
+struct TrayWorld : UiWorld {
+    MarzipelState state;
+    TrayModel model{state, sim.workspace, sim.application};
+    OpenSettingsAccessAction openSettings{sim.application};
+    MarzipelTray tray{model, openSettings, sim.application, sim.systemLog};
+};
+
 struct NoWelcomeWindow final : WelcomeWindowPresenter {
     void showWelcomeWindow() override {}
 };
@@ -28,13 +36,10 @@ class TrayTest : public QObject {
 
 private Q_SLOTS:
     void statusLineFollowsTheState() {
-        UiWorld world;
+        TrayWorld world;
+        MarzipelState& state = world.state;
         world.runApp(7, "org.example.tomandjerry", "Tom & Jerry");
-        MarzipelState state;
-        TrayModel model(state, world.sim.workspace, world.sim.application);
-        OpenSettingsAccessAction openSettings(world.sim.application);
-        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
-        QAction* status = entry(tray, "statusLine");
+        QAction* status = entry(world.tray, "statusLine");
 
         QCOMPARE(shown(status), "Waiting for triggers...");
         QVERIFY(!status->isEnabled());
@@ -73,11 +78,8 @@ private Q_SLOTS:
     }
 
     void aboutAndQuitWithoutADelegateGoThroughTheApplication() {
-        UiWorld world;
-        MarzipelState state;
-        TrayModel model(state, world.sim.workspace, world.sim.application);
-        OpenSettingsAccessAction openSettings(world.sim.application);
-        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        TrayWorld world;
+        MarzipelTray& tray = world.tray;
         QVERIFY(!AppDelegate::shared());
         entry(tray, "about")->trigger();
         entry(tray, "quit")->trigger();
@@ -94,13 +96,10 @@ private Q_SLOTS:
     void configureOpensOneSettingsWindow() {
         QFETCH(int, major);
         QFETCH(QString, route);
-        UiWorld world;
+        TrayWorld world;
         world.sim.application.version = {major, 0, 0};
-        MarzipelState state;
-        TrayModel model(state, world.sim.workspace, world.sim.application);
-        OpenSettingsAccessAction openSettings(world.sim.application);
-        SettingsWindowController controller(world.services(), openSettings);
-        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        SettingsWindowController controller(world.services(), world.openSettings);
+        MarzipelTray& tray = world.tray;
 
         entry(tray, "configure")->trigger();
         QVERIFY(controller.window());
@@ -117,11 +116,8 @@ private Q_SLOTS:
 
     void withoutSystemTraySaysSoAndKeepsItsMenu() {
         if (QSystemTrayIcon::isSystemTrayAvailable()) QSKIP("this platform has a system tray");
-        UiWorld world;
-        MarzipelState state;
-        TrayModel model(state, world.sim.workspace, world.sim.application);
-        OpenSettingsAccessAction openSettings(world.sim.application);
-        MarzipelTray tray(model, openSettings, world.sim.application, world.sim.systemLog);
+        TrayWorld world;
+        MarzipelTray& tray = world.tray;
 
         QCOMPARE(world.sim.systemLog.entries.size(), 1u);
         QVERIFY(
