@@ -44,22 +44,7 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
     EXPECT_FLOAT_EQ(fractionOfLevel(2, 0), 0.0f);
 }
 
-TEST(UPowerKeyboard, MapsLevelsBothWaysAndSendsEachWrite) {
-    auto upower = startUPower(3, 1);
-    SimSystemLog log;
-    TempFolder noLeds;
-    LinuxBrightnessServiceFactory factory(log, noLeds.path());
-    auto service = factory.create();
-
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 1.0f / 3);
-    service->setBrightness(0.5f, 1);
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 2.0f / 3);
-    service->setBrightness(0.0f, 1);
-    service->setBrightness(1.0f, 1);
-    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{2, 0, 3}));
-    EXPECT_TRUE(log.entries.empty());
-}
-
+// Levels both ways through UPower are also run by the program test, on the keyboard it dims.
 TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
     auto upower = startUPower(4, 4);
     SimSystemLog log;

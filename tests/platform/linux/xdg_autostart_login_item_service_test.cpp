@@ -14,8 +14,6 @@ namespace fs = std::filesystem;
 
 class XdgAutostartLoginItemServiceTest : public ::testing::Test {
 protected:
-    void writeEntry(std::string_view contents) { writeFile(entry, contents); }
-
     TempFolder temp;
     std::string entry = temp / "autostart/com.orsavelt.Marzipel.desktop";
     XdgAutostartLoginItemService service{"/opt/Marzipel/bin/marzipel", temp.path().string()};
@@ -25,23 +23,22 @@ TEST_F(XdgAutostartLoginItemServiceTest, OnlyAnEntryThatWouldStartCountsAsEnable
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
 
     const std::string plain = "[Desktop Entry]\nType=Application\nName=Marzipel\nExec=marzipel\n";
-    writeEntry(plain);
-    EXPECT_EQ(service.status(), LoginItemStatus::enabled);
-    writeEntry(plain + "X-GNOME-Autostart-enabled=true\nHidden=false\n");
-    EXPECT_EQ(service.status(), LoginItemStatus::enabled);
-
-    writeEntry(plain + "Hidden=true\n");
-    EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
-    writeEntry(plain + "X-GNOME-Autostart-enabled=false\n");
-    EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
-    writeEntry("Exec=marzipel\n");
-    EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
-    writeEntry("[Other]\nExec=marzipel\n");
-    EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
+    const std::pair<std::string, LoginItemStatus> cases[] = {
+        {plain, LoginItemStatus::enabled},
+        {plain + "X-GNOME-Autostart-enabled=true\nHidden=false\n", LoginItemStatus::enabled},
+        {plain + "Hidden=true\n", LoginItemStatus::notRegistered},
+        {plain + "X-GNOME-Autostart-enabled=false\n", LoginItemStatus::notRegistered},
+        {"Exec=marzipel\n", LoginItemStatus::notRegistered},
+        {"[Other]\nExec=marzipel\n", LoginItemStatus::notRegistered},
+    };
+    for (const auto& [contents, status] : cases) {
+        writeFile(entry, contents);
+        EXPECT_EQ(service.status(), status) << contents;
+    }
 }
 
 TEST_F(XdgAutostartLoginItemServiceTest, RegisteringWritesAnEntryThatUnregisteringRemoves) {
-    writeEntry("[Desktop Entry]\nHidden=true\n");
+    writeFile(entry, "[Desktop Entry]\nHidden=true\n");
     ASSERT_TRUE(service.registerItem().succeeded);
     EXPECT_EQ(service.status(), LoginItemStatus::enabled);
 
