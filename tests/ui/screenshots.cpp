@@ -56,19 +56,18 @@ const Player kPlayers[] = {
     {"/Applications/VLC.app", "org.videolan.vlc", "VLC", QColor(240, 120, 0)},
     {"/Applications/IINA.app", "com.colliderli.iina", "IINA", QColor(70, 90, 200)},
     {"/Applications/Plex.app", "tv.plex.desktop", "Plex", QColor(40, 40, 40)},
-    {"/Applications/mpv.app", "io.mpv", "mpv", QColor(110, 50, 140)},
 };
 
-/// Installs the first `count` players in /Applications, each with a tile of its colour as icon.
-void installPlayers(UiWorld& world, int count) {
-    for (int i = 0; i < count; ++i) {
-        const Player& player = kPlayers[i];
+/// Installs the players in /Applications, each with a tile of its colour as icon, and makes
+/// them triggers when asked.
+void installPlayers(UiWorld& world, bool asTriggers) {
+    for (const Player& player : kPlayers) {
         world.addBundle(player.path, player.id, player.name, "AppIcon");
         world.bundleFiles.addEntry("/Applications", player.path);
-        if (auto item = world.catalog.appItem(player.path); item && item->iconPath) {
-            world.imageLoader.images[*item->iconPath] =
-                Image{64, 64, std::vector<std::uint32_t>(64 * 64, player.colour.rgba())};
-        }
+        const std::optional<AppItem> item = world.catalog.appItem(player.path);
+        world.imageLoader.images[item->iconPath.value()] =
+            Image{64, 64, std::vector<std::uint32_t>(64 * 64, player.colour.rgba())};
+        if (asTriggers) world.settings.addTriggerApp(*item);
     }
 }
 
@@ -80,11 +79,7 @@ public:
         widget.ensurePolished();
         widget.adjustSize();
         QApplication::processEvents();
-        const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
-        if (!widget.grab().save(path)) {
-            std::fprintf(stderr, "could not write %s\n", qPrintable(path));
-            failed_ = true;
-        }
+        save(widget.grab().toImage(), name);
     }
     /// `icon` at 2x on a panel strip of the palette's window colour, as a tray would show it.
     void savePanel(const QIcon& icon, const QString& name) {
@@ -96,13 +91,20 @@ public:
         const QPointF at((strip.width() - size.width()) / 2, (strip.height() - size.height()) / 2);
         painter.drawPixmap(QRectF(at, size), pixmap, pixmap.rect());
         painter.end();
-        const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
-        if (!strip.save(path)) failed_ = true;
+        save(strip, name);
     }
     void setPalette(const QString& name) { palette_ = name; }
     bool failed() const { return failed_; }
 
 private:
+    void save(const QImage& image, const QString& name) {
+        const QString path = folder_ + "/" + name + "-" + palette_ + ".png";
+        if (!image.save(path)) {
+            std::fprintf(stderr, "could not write %s\n", qPrintable(path));
+            failed_ = true;
+        }
+    }
+
     QString folder_;
     QString palette_;
     bool failed_ = false;
@@ -134,11 +136,7 @@ void shootSettings(Shooter& shooter) {
         window.tabs()->setCurrentIndex(1);
         shooter.save(window, "apps-empty");
     }
-    installPlayers(world, 3);
-    for (int i = 0; i < 3; ++i) {
-        if (auto item = world.catalog.appItem(kPlayers[i].path))
-            world.settings.addTriggerApp(*item);
-    }
+    installPlayers(world, true);
     world.runApp(7, "org.mozilla.firefox", "Firefox");
     world.runApp(8, "org.gnome.Totem", "Videos");
     SettingsWindow window(world.services());
@@ -146,9 +144,9 @@ void shootSettings(Shooter& shooter) {
     shooter.save(window, "apps-three");
 }
 
-void shootWelcome(Shooter& shooter, int players, const QString& name) {
+void shootWelcome(Shooter& shooter, bool players, const QString& name) {
     UiWorld world;
-    installPlayers(world, players);
+    if (players) installPlayers(world, false);
     WelcomeWindowManager manager(world.services());
     manager.showWelcomeWindow();
     if (QWidget* window = manager.window()) {
@@ -178,8 +176,8 @@ int main(int argc, char** argv) {
         shooter.setPalette(name);
         shootTray(shooter);
         shootSettings(shooter);
-        shootWelcome(shooter, 3, "welcome-found");
-        shootWelcome(shooter, 0, "welcome-none");
+        shootWelcome(shooter, true, "welcome-found");
+        shootWelcome(shooter, false, "welcome-none");
     }
     std::printf("screenshots written to %s\n", qPrintable(folder));
     return shooter.failed() ? 1 : 0;
