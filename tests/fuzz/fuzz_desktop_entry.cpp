@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz_work_folder.h"
 #include "platform/linux/icon_theme_lookup.h"
 #include "platform/linux/key_file.h"
 #include "platform/linux/linux_desktop_entries.h"
@@ -20,16 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path& workFolderPath() {
-    static fs::path folder;
-    return folder;
-}
-
-void removeWorkFolder() {
-    std::error_code ignored;
-    fs::remove_all(workFolderPath(), ignored);
-}
-
 void touch(const fs::path& path) {
     fs::create_directories(path.parent_path());
     std::ofstream(path) << "";
@@ -37,22 +28,19 @@ void touch(const fs::path& path) {
 
 /// A data folder with an applications folder and a few icons for the lookup to find.
 const fs::path& dataFolder() {
-    fs::path& folder = workFolderPath();
-    if (folder.empty()) {
-        std::string pattern = fs::temp_directory_path() / "marzipel-fuzz-XXXXXX";
-        if (!mkdtemp(pattern.data())) std::abort();
-        folder = fs::path(pattern) / "share";
-        std::atexit(removeWorkFolder);
-        fs::create_directories(folder / "applications/kde4");
-        touch(folder / "icons/hicolor/scalable/apps/vlc.svg");
-        touch(folder / "icons/hicolor/48x48/apps/mpv.png");
-        touch(folder / "icons/hicolor/256x256/apps/mpv.png");
-        touch(folder / "icons/hicolor/32x32@2/apps/kodi.png");
-        touch(folder / "pixmaps/smplayer.xpm");
+    static const fs::path folder = [] {
+        const fs::path share = fuzzWorkFolder() / "share";
+        fs::create_directories(share / "applications/kde4");
+        touch(share / "icons/hicolor/scalable/apps/vlc.svg");
+        touch(share / "icons/hicolor/48x48/apps/mpv.png");
+        touch(share / "icons/hicolor/256x256/apps/mpv.png");
+        touch(share / "icons/hicolor/32x32@2/apps/kodi.png");
+        touch(share / "pixmaps/smplayer.xpm");
         setenv("LANGUAGE", "de_DE:fr", 1);
         g_log_set_always_fatal(
             static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR));
-    }
+        return share;
+    }();
     return folder;
 }
 

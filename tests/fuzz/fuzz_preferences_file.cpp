@@ -1,8 +1,6 @@
 // Feeds arbitrary bytes to the preferences store as the file it finds at start: the parser, the
 // move-aside of a file it cannot read, and the save after the first change. What was loaded must
 // come back from the saved file, apart from what XML cannot hold.
-#include <stdlib.h>
-
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -10,6 +8,7 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz_work_folder.h"
 #include "platform/linux/plist_file_preferences_store.h"
 
 namespace {
@@ -20,27 +19,6 @@ class DiscardingLog final : public marzipel::SystemLog {
 public:
     void error(std::string_view, std::string_view, std::string_view) override {}
 };
-
-std::filesystem::path& workFolderPath() {
-    static std::filesystem::path folder;
-    return folder;
-}
-
-void removeWorkFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(workFolderPath(), ignored);
-}
-
-const std::filesystem::path& workFolder() {
-    std::filesystem::path& folder = workFolderPath();
-    if (folder.empty()) {
-        std::string pattern = std::filesystem::temp_directory_path() / "marzipel-fuzz-XXXXXX";
-        if (!mkdtemp(pattern.data())) std::abort();
-        folder = pattern;
-        std::atexit(removeWorkFolder);
-    }
-    return folder;
-}
 
 bool holdsNul(const PlistValue& value) {
     if (auto* text = value.as<std::string>()) return text->find('\0') != std::string::npos;
@@ -91,7 +69,7 @@ bool sameAfterXml(const PlistValue& loaded, const PlistValue& saved) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::filesystem::path& folder = workFolder();
+    const std::filesystem::path& folder = fuzzWorkFolder();
     const std::string path = (folder / "com.orsavelt.Marzipel.plist").string();
     std::ofstream(path, std::ios::binary | std::ios::trunc)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
