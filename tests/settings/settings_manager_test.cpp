@@ -55,18 +55,6 @@ TEST_F(SettingsManagerTest, AddComparesIdsButRemoveComparesWholeItems) {
     EXPECT_TRUE(settings.enabledApps().get().empty());
 }
 
-TEST_F(SettingsManagerTest, PerAppFeatureEntryStaysWhenEmpty) {
-    settings.setAppFeature(vlc.id, Feature::onlyWhenPlayingVideo, true);
-    settings.setAppFeature(vlc.id, Feature::onlyWhenPlayingVideo, true);
-    EXPECT_EQ(settings.appFeatures().get(),
-              (AppFeatures{{vlc.id, {Feature::onlyWhenPlayingVideo}}}));
-    settings.setAppFeature(vlc.id, Feature::onlyWhenPlayingVideo, false);
-    settings.setAppFeature("com.other", Feature::onlyWhenPlayingVideo, false);
-    EXPECT_EQ(settings.appFeatures().get(), (AppFeatures{{vlc.id, {}}, {"com.other", {}}}));
-    EXPECT_EQ(store->object("appFeatures"),
-              PlistValue(PlistDictionary{{vlc.id, PlistArray{}}, {"com.other", PlistArray{}}}));
-}
-
 TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     SelectedApps apps;
     SelectedFeatures features;
