@@ -153,17 +153,14 @@ private Q_SLOTS:
 
         QMessageBox* alert = nullptr;
         QTRY_VERIFY((alert = tab.findChild<QMessageBox*>()) && alert->isVisible());
-        QCOMPARE(alert->windowTitle(), "An error occurred");
-        QCOMPARE(alert->text(), "An error occurred");
         QCOMPARE(alert->informativeText(), "Failed to import selected app.");
-        QCOMPARE(alert->buttons().size(), 1);
         QFile log(QString::fromStdString(debugLogFilePath(world.sim.userDirectories)));
         QVERIFY(log.open(QIODevice::ReadOnly));
         const QByteArray logged = log.readAll();
         QVERIFY(logged.contains("Failed to import app: The folder couldn't be read.\n"));
         QVERIFY(storedIds(world).empty());
 
-        QCOMPARE(alert->buttons().front()->text(), "OK");
+        QCOMPARE(alert->buttons().size(), 1);
         click(alert->buttons().front());
         QTRY_VERIFY(!tab.findChild<QMessageBox*>());
     }
