@@ -18,10 +18,6 @@ protected:
     std::string home = folder.path().string();
 };
 
-TEST_F(XdgUserDirectoriesTest, WithoutUserDirsTheDocumentsAreInTheHome) {
-    EXPECT_EQ(XdgUserDirectories(home).documentsDirectory(), home + "/Documents");
-}
-
 TEST_F(XdgUserDirectoriesTest, ReadsTheDocumentsEntryAsTheShellWould) {
     EXPECT_EQ(documentsWith("# written by xdg-user-dirs-update\n"
                             "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n"
@@ -36,7 +32,8 @@ TEST_F(XdgUserDirectoriesTest, ReadsTheDocumentsEntryAsTheShellWould) {
               home + "/New");
 }
 
-TEST_F(XdgUserDirectoriesTest, IgnoresEntriesThatAreNotPathsFromHomeOrRoot) {
+TEST_F(XdgUserDirectoriesTest, WithoutAnEntryThatIsAPathFromHomeOrRootTheyAreInTheHome) {
+    EXPECT_EQ(XdgUserDirectories(home).documentsDirectory(), home + "/Documents");
     for (std::string_view text :
          {"XDG_DOCUMENTS_DIR=\"Documents2\"\n", "XDG_DOCUMENTS_DIR=\"$HOMEWORK/x\"\n",
           "XDG_DOCUMENTS_DIR=\"$HOME/unterminated\n", "# XDG_DOCUMENTS_DIR=\"/srv/commented\"\n",
