@@ -12,6 +12,8 @@
 namespace marzipel::dbustest {
 namespace {
 
+using namespace std::chrono_literals;
+
 const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
 
 }  // namespace
@@ -51,13 +53,18 @@ bool startColorDaemon(Child& daemon, const std::string& display,
     const std::filesystem::path runtime = home / "runtime";
     std::filesystem::create_directories(runtime);
     std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
-    // Now and then gsd-color ends at once, silently and with status 0; only a fresh start helps.
-    for (int attempt = 0; attempt < 3 && !colorServiceUp(); ++attempt) {
+    // Now and then gsd-color takes its name and gives it up again at once ("lost name, so
+    // exiting"), ending with status 0; only a fresh start helps. A daemon that was just stopped
+    // may also still hold the name for a moment.
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        if (!waitUntil([] { return !colorServiceUp(); })) return false;
         daemon = Child({GSD_COLOR_PROGRAM}, {"DISPLAY=" + display, "HOME=" + home.string(),
                                              "XDG_RUNTIME_DIR=" + runtime.string()});
-        waitUntil([&] { return colorServiceUp() || !daemon.running(); });
+        waitUntil([&] { return !daemon.running() || colorProperty("NightLightActive"); }, 20s);
+        if (daemon.running() && colorProperty("NightLightActive")) return true;
+        daemon.stop();
     }
-    return colorServiceUp() && waitUntil([] { return colorProperty("NightLightActive"); });
+    return false;
 }
 
 }  // namespace marzipel::dbustest
