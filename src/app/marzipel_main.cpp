@@ -38,12 +38,10 @@ namespace {
 
 constexpr char kAppId[] = "com.orsavelt.Marzipel";
 
-/// The installed icon from the theme, else the copy built into the program.
-QIcon applicationIcon() {
-    QIcon icon = QIcon::fromTheme(QString::fromLatin1(kAppId));
-    if (icon.isNull()) icon = QIcon(QStringLiteral(":/com.orsavelt.Marzipel.svg"));
-    return icon;
-}
+/// The copy built into the program, the same picture the package puts into the icon theme.
+/// Asking the theme for it would read the theme's index at every start (about 600 KiB) only to
+/// find that picture again; the desktop itself finds it through the desktop entry.
+QIcon applicationIcon() { return QIcon(QStringLiteral(":/com.orsavelt.Marzipel.svg")); }
 
 }  // namespace
 
