@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/utf8.h"
 #include "fuzz_work_folder.h"
 #include "platform/linux/icon_theme_lookup.h"
 #include "platform/linux/key_file.h"

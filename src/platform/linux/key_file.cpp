@@ -115,8 +115,4 @@ std::string KeyFile::toData() const {
     return data ? std::string(data.get(), length) : std::string();
 }
 
-bool isValidUtf8(std::string_view text) {
-    return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr);
-}
-
 }  // namespace marzipel

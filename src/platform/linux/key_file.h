@@ -41,7 +41,4 @@ private:
     GKeyFile* file_;
 };
 
-/// Whether `text` is valid UTF-8.
-bool isValidUtf8(std::string_view text);
-
 }  // namespace marzipel

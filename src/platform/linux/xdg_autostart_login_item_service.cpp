@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/utf8.h"
 #include "platform/linux/atomic_file.h"
 #include "platform/linux/key_file.h"
 
