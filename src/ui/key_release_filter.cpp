@@ -22,7 +22,6 @@ bool KeyReleaseFilter::eventFilter(QObject* watched, QEvent* event) {
     // Qt reports macOS's Command key as the control modifier.
     release.command = key->modifiers().testFlag(Qt::ControlModifier);
     release.autoRepeat = key->isAutoRepeat();
-    release.otherModifiers = (key->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != 0;
     model_.keyReleased(release);
     return false;
 }

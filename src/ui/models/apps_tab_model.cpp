@@ -13,7 +13,6 @@ AppsTabModel::AppsTabModel(Services services)
       appFeatures_(services_.settings.appFeatures()) {
     appsChanged_ = enabledApps_.onWillChange([this] { changed_.emit(); });
     featuresChanged_ = appFeatures_.onWillChange([this] { changed_.emit(); });
-    refresh();
 }
 
 void AppsTabModel::sortByName(std::vector<AppItem>& items) const {

@@ -33,8 +33,8 @@ public:
         NameOrder nameOrder;
     };
 
-    /// Every service must outlive the model. Loads the running applications at once, as the tab
-    /// does each time it is shown.
+    /// Every service must outlive the model. The running applications are loaded by `refresh`,
+    /// which the tab calls each time it is shown.
     explicit AppsTabModel(Services services);
     AppsTabModel(const AppsTabModel&) = delete;
     AppsTabModel& operator=(const AppsTabModel&) = delete;

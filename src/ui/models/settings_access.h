@@ -55,7 +55,6 @@ public:
 
     /// Installs the link's trigger. Before 14.0 the legacy route stays and this does nothing.
     void installLink(OpenSettingsFunction link);
-    bool isConnected() const { return static_cast<bool>(openSettings_); }
 
 private:
     bool usesLink_;

@@ -16,8 +16,6 @@ struct KeyRelease {
     bool command = false;
     /// A release the keyboard's auto-repeat made while the key is still held.
     bool autoRepeat = false;
-    /// Any modifier besides Shift and the command modifier (Option, ...) held as well.
-    bool otherModifiers = false;
 };
 
 /// Posts `task` to the main event loop, to run after the current event has been handled.
