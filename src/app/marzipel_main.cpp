@@ -2,9 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QTimer>
 #include <clocale>
-#include <functional>
 #include <memory>
 
 #include "core/marzipel_app.h"
@@ -29,6 +27,7 @@
 #include "settings/launch_at_login.h"
 #include "settings/settings_manager.h"
 #include "ui/models/settings_access.h"
+#include "ui/qt_main_loop.h"
 #include "ui/settings_window.h"
 #include "ui/tray.h"
 #include "ui/ui_services.h"
@@ -79,12 +78,9 @@ int main(int argc, char* argv[]) {
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
 
-    const auto writeSoon = [&qtApplication](std::function<void()> write) {
-        QTimer::singleShot(0, &qtApplication, std::move(write));
-    };
-    SettingsManager settings(
-        std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(), systemLog, writeSoon),
-        console);
+    SettingsManager settings(std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(),
+                                                                         systemLog, qtMainLoop()),
+                             console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
     const UiServices services{settings,  launchAtLogin,   application, workspace,
                               updater,   catalog,         filePicker,  imageLoader,

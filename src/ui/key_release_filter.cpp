@@ -1,6 +1,5 @@
 #include "ui/key_release_filter.h"
 
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWindow>
 
@@ -24,13 +23,6 @@ bool KeyReleaseFilter::eventFilter(QObject* watched, QEvent* event) {
     release.autoRepeat = key->isAutoRepeat();
     model_.keyReleased(release);
     return false;
-}
-
-PostToMainLoop qtMainLoop() {
-    return [](std::function<void()> task) {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(task),
-                                  Qt::QueuedConnection);
-    };
 }
 
 }  // namespace marzipel

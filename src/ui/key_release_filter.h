@@ -20,7 +20,4 @@ private:
     SettingsViewModel& model_;
 };
 
-/// Posts onto the Qt event loop, to run once the current event has been handled.
-PostToMainLoop qtMainLoop();
-
 }  // namespace marzipel

@@ -8,6 +8,7 @@
 #include "ui/general_tab.h"
 #include "ui/icon_set.h"
 #include "ui/key_release_filter.h"
+#include "ui/qt_main_loop.h"
 
 namespace marzipel {
 namespace {
