@@ -9,6 +9,8 @@
 #include <QStyleOptionFocusRect>
 #include <QVBoxLayout>
 
+#include "ui/labelled_divider.h"
+
 namespace marzipel {
 namespace {
 
@@ -65,23 +67,12 @@ QLabel* heading(const QString& text, const QString& objectName, QWidget* parent)
     return label;
 }
 
-/// A thin line between sections, a faint shade of the text colour so that it shows the same
-/// on light and dark palettes.
-class Divider final : public QWidget {
-public:
-    explicit Divider(QWidget* parent) : QWidget(parent) {
-        setFixedHeight(9);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QColor line = palette().color(QPalette::WindowText);
-        line.setAlphaF(0.2);
-        QPainter painter(this);
-        painter.fillRect(QRect(0, height() / 2, width(), 1), line);
-    }
-};
+/// A divider between sections, with room above and below its line.
+Divider* sectionDivider(QWidget* parent) {
+    auto* divider = new Divider(parent);
+    divider->setFixedHeight(9);
+    return divider;
+}
 
 QCheckBox* toggle(const QString& text, const QString& objectName, QWidget* parent) {
     auto* box = new QCheckBox(text, parent);
@@ -127,7 +118,7 @@ void GeneralTab::buildActiveSection(QVBoxLayout* column) {
 }
 
 void GeneralTab::buildOtherSection(QVBoxLayout* column) {
-    column->addWidget(new Divider(this));
+    column->addWidget(sectionDivider(this));
     column->addWidget(heading("Other settings", "otherHeading", this));
 
     launchAtLogin_ = toggle(qText(model_.launchAtLogin().label()), "launchAtLogin", this);
@@ -159,7 +150,7 @@ void GeneralTab::buildAdvancedSection(QVBoxLayout* column) {
     auto* section = new QVBoxLayout(advanced_);
     section->setContentsMargins(0, 0, 0, 0);
     section->setSpacing(6);
-    section->addWidget(new Divider(advanced_));
+    section->addWidget(sectionDivider(advanced_));
     section->addWidget(heading("Advanced settings", "advancedHeading", advanced_));
     debugLogging_ = toggle(qText(model_.debugLogging().label()), "enableDebugLogging", advanced_);
     section->addWidget(debugLogging_, 0, Qt::AlignLeft);

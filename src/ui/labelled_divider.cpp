@@ -15,7 +15,8 @@ Divider::Divider(QWidget* parent) : QWidget(parent) {
 void Divider::paintEvent(QPaintEvent*) {
     QColor line = palette().color(QPalette::WindowText);
     line.setAlphaF(0.2);
-    QPainter(this).fillRect(rect(), line);
+    // One pixel across the middle, however tall a layout makes the widget.
+    QPainter(this).fillRect(QRect(0, height() / 2, width(), 1), line);
 }
 
 LabelledDivider::LabelledDivider(const QString& label, int horizontalPadding, const QColor& color,

@@ -5,7 +5,8 @@
 
 namespace marzipel {
 
-/// A thin horizontal line in a soft shade of the text colour that follows the palette.
+/// A thin horizontal line in a soft shade of the text colour that follows the palette, so that it
+/// shows the same on light and dark palettes.
 class Divider : public QWidget {
     Q_OBJECT
 public:
