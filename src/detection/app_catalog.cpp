@@ -1,5 +1,7 @@
 #include "detection/app_catalog.h"
 
+#include <algorithm>
+
 #include "detection/bundle_reader.h"
 #include "detection/known_video_apps.h"
 
@@ -22,7 +24,7 @@ FolderListing BundleCatalog::listFolder(const std::string& folder) const {
 }
 
 bool BundleCatalog::isKnownVideoApp(std::string_view id) const {
-    return marzipel::isKnownVideoApp(id);
+    return std::ranges::find(kKnownVideoAppIds, id) != kKnownVideoAppIds.end();
 }
 
 }  // namespace marzipel

@@ -1,5 +1,7 @@
 #include "detection/desktop_entry_catalog.h"
 
+#include <algorithm>
+
 #include "detection/bundle_reader.h"
 #include "detection/known_linux_video_apps.h"
 
@@ -26,7 +28,7 @@ FolderListing DesktopEntryCatalog::listFolder(const std::string& folder) const {
 }
 
 bool DesktopEntryCatalog::isKnownVideoApp(std::string_view id) const {
-    return isKnownLinuxVideoApp(id);
+    return std::ranges::find(kKnownLinuxVideoAppIds, id) != kKnownLinuxVideoAppIds.end();
 }
 
 }  // namespace marzipel

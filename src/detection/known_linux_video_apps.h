@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -29,10 +28,5 @@ inline constexpr auto kKnownLinuxVideoAppIds = std::to_array<std::string_view>({
     "io.github.mpc_qt.Mpc-Qt",  // older releases
     "mpc-qt",
 });
-
-/// Whether `id` is one of the known Linux video players (exact, case-sensitive).
-inline bool isKnownLinuxVideoApp(std::string_view id) {
-    return std::ranges::find(kKnownLinuxVideoAppIds, id) != kKnownLinuxVideoAppIds.end();
-}
 
 }  // namespace marzipel

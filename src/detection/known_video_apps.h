@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -13,10 +12,5 @@ inline constexpr std::array<std::string_view, 7> kKnownVideoAppIds{
     "com.movist.MovistPro", "mo.darren.optimus.player.mac", "com.apple.QuickTimePlayerX",
     "org.videolan.vlc",
 };
-
-/// Whether `id` is one of the known video players (exact, case-sensitive).
-inline bool isKnownVideoApp(std::string_view id) {
-    return std::ranges::find(kKnownVideoAppIds, id) != kKnownVideoAppIds.end();
-}
 
 }  // namespace marzipel

@@ -38,14 +38,17 @@ bool SimApplication::delegateRespondsTo(std::string_view action) const {
 
 void SimApplication::sendActionToDelegate(std::string_view action) {
     record("delegate " + std::string(action));
-    if (!delegateRespondsTo(action)) return;
-    auto handler = delegateActions.find(action)->second;
-    if (handler) handler();
+    runDelegateAction(action);
 }
 
 bool SimApplication::sendAction(std::string_view action) {
     record("send " + std::string(action));
+    return runDelegateAction(action);
+}
+
+bool SimApplication::runDelegateAction(std::string_view action) {
     if (!delegateRespondsTo(action)) return false;
+    // A copy: the handler may replace itself.
     auto handler = delegateActions.find(action)->second;
     if (handler) handler();
     return true;

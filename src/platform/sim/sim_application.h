@@ -49,6 +49,8 @@ public:
 
 private:
     void record(std::string call);
+    /// Runs the delegate's handler for `action`; false when the delegate does not answer it.
+    bool runDelegateAction(std::string_view action);
 
     NotificationCenter& center_;
 };

@@ -2,7 +2,6 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
 #include "platform/image_loader.h"
 
@@ -12,14 +11,11 @@ namespace marzipel {
 class SimImageLoader final : public ImageLoader {
 public:
     Image loadImage(const std::string& path, int /*maxSide*/) const override {
-        loaded.push_back(path);
         auto it = images.find(path);
         return it == images.end() ? Image{} : it->second;
     }
 
     std::map<std::string, Image> images;
-    /// Every path asked for, in order.
-    mutable std::vector<std::string> loaded;
 };
 
 }  // namespace marzipel
