@@ -21,8 +21,6 @@ public:
     /// Parses the regular file at `path`, at most `maxBytes` long, keeping only the translations
     /// of the user's languages. Returns "" on success, else why it could not be read.
     std::string loadFile(const std::string& path, std::size_t maxBytes);
-    /// Parses `data`; returns "" on success, else the parser's message.
-    std::string loadData(std::string_view data);
 
     bool hasGroup(const char* group) const;
     std::optional<std::string> string(const char* group, const char* key) const;
@@ -38,6 +36,9 @@ public:
     std::string toData() const;
 
 private:
+    /// Parses `data`; returns "" on success, else the parser's message.
+    std::string loadData(std::string_view data);
+
     GKeyFile* file_;
 };
 

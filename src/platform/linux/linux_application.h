@@ -47,7 +47,6 @@ public:
     /// the EWMH skip-taskbar and skip-pager states; regular shows them again. Only X11 windows
     /// carry these states: elsewhere the policy is remembered and nothing else happens.
     void setActivationPolicy(ActivationPolicy policy) override;
-    ActivationPolicy activationPolicy() const { return policy_; }
     /// Raises the program's active window, else its newest visible one. The window manager
     /// may still decline to hand over the focus.
     void activate() override;

@@ -24,16 +24,9 @@ public:
     /// `log` must outlive the store.
     /// With a `scheduler`, a change is written by a scheduled task, once for a burst of changes,
     /// instead of within the change: a flushed write can take milliseconds that a full-screen
-    /// switch should not wait for. Whatever is still unwritten is written by `flush` and on
-    /// destruction.
+    /// switch should not wait for. Whatever is still unwritten is written on destruction.
     PlistFilePreferencesStore(std::string path, SystemLog& log, Scheduler scheduler = {});
     ~PlistFilePreferencesStore() override;
-
-    /// Writes now when a change is waiting for its scheduled write.
-    void flush();
-
-    /// The file this store reads and writes.
-    const std::string& path() const { return path_; }
 
 protected:
     /// Writes `values` over the file atomically; a failure is logged and the values stay in memory.
@@ -46,6 +39,8 @@ private:
     /// Reads the file, moving it aside when it cannot be used.
     static Loaded load(const std::string& path, SystemLog& log);
 
+    /// Writes now when a change is waiting for its scheduled write.
+    void flush();
     void write(const PlistDictionary& values);
 
     std::string path_;

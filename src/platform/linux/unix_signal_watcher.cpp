@@ -29,12 +29,6 @@ std::string signalName(int signalNumber) {
             return "SIGINT";
         case SIGHUP:
             return "SIGHUP";
-        case SIGQUIT:
-            return "SIGQUIT";
-        case SIGUSR1:
-            return "SIGUSR1";
-        case SIGUSR2:
-            return "SIGUSR2";
     }
     return "signal " + std::to_string(signalNumber);
 }

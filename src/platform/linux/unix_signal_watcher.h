@@ -24,9 +24,6 @@ public:
     UnixSignalWatcher(const UnixSignalWatcher&) = delete;
     UnixSignalWatcher& operator=(const UnixSignalWatcher&) = delete;
 
-    /// False when the pipe could not be made; then no signal is caught.
-    bool isWatching() const { return notifier_ != nullptr; }
-
 private:
     void drain();
 
