@@ -21,7 +21,9 @@ deb=$("$root/packaging/linux/check-deb.sh" "$build" "$out")
 work=$(mktemp -d /tmp/marzipel-clean-debian.XXXXXX)
 system=$work/root
 xvfb=
+program=
 cleanup() {
+  [ -n "$program" ] && kill "$program" 2>/dev/null && wait "$program" 2>/dev/null
   [ -n "$xvfb" ] && kill "$xvfb" 2>/dev/null && wait "$xvfb" 2>/dev/null
   for mount in "$system/tmp/.X11-unix" "$system/proc"; do
     mountpoint -q "$mount" && umount "$mount"
@@ -70,6 +72,7 @@ DISPLAY=$display import -window root "$out/welcome.png"
 kill -TERM "$program"
 status=0
 wait "$program" || status=$?
+program=
 [ $status -eq 0 ] || { echo "marzipel ended with status $status on SIGTERM" >&2; cat "$out/marzipel.log" >&2; exit 1; }
 echo "Installed and started on a clean Debian 12; SIGTERM ended it cleanly."
 echo "Package: $deb"
