@@ -24,7 +24,7 @@ bool DesktopEntryCatalog::isApplicationPath(std::string_view path) const {
 }
 
 FolderListing DesktopEntryCatalog::listFolder(const std::string& folder) const {
-    return entries_.listFolder(folder);
+    return bundles_.listFolder(folder);
 }
 
 bool DesktopEntryCatalog::isKnownVideoApp(std::string_view id) const {

@@ -38,12 +38,14 @@ public:
     virtual std::optional<DesktopEntry> readEntry(const std::string& path) const = 0;
     /// The folders that hold application entries, the user's own first.
     virtual std::vector<std::string> applicationFolders() const = 0;
-    /// The direct entries of `folder`, or why it could not be read.
-    virtual FolderListing listFolder(const std::string& folder) const = 0;
     /// The installed entry with this id, the first in folder order.
     virtual std::optional<DesktopEntry> findById(std::string_view id) const = 0;
     /// Every installed entry, in folder order; an id found again in a later folder is left out.
     virtual std::vector<DesktopEntry> allEntries() const = 0;
+    /// The first application entry, in the order of `allEntries`, that is not hidden and whose
+    /// "StartupWMClass" is `windowClass`.
+    virtual std::optional<DesktopEntry> findByStartupWmClass(
+        std::string_view windowClass) const = 0;
 };
 
 }  // namespace marzipel

@@ -7,7 +7,7 @@
 
 namespace marzipel {
 
-/// Installed desktop entries as a test lists them, in folder order; counts full listings.
+/// Installed desktop entries as a test lists them, in folder order.
 class FakeDesktopEntries final : public DesktopEntries {
 public:
     std::optional<DesktopEntry> readEntry(const std::string& path) const override {
@@ -16,15 +16,17 @@ public:
         return *it;
     }
     std::vector<std::string> applicationFolders() const override { return {}; }
-    FolderListing listFolder(const std::string&) const override { return {}; }
     std::optional<DesktopEntry> findById(std::string_view id) const override {
         auto it = std::ranges::find(entries, id, &DesktopEntry::id);
         if (it == entries.end()) return std::nullopt;
         return *it;
     }
-    std::vector<DesktopEntry> allEntries() const override {
-        ++listings;
-        return entries;
+    std::vector<DesktopEntry> allEntries() const override { return entries; }
+    std::optional<DesktopEntry> findByStartupWmClass(std::string_view windowClass) const override {
+        for (const DesktopEntry& entry : entries)
+            if (entry.isApplication && !entry.hidden && entry.startupWmClass == windowClass)
+                return entry;
+        return std::nullopt;
     }
 
     /// Adds an application entry under /usr/share/applications.
@@ -39,7 +41,6 @@ public:
     }
 
     std::vector<DesktopEntry> entries;
-    mutable int listings = 0;
 };
 
 }  // namespace marzipel

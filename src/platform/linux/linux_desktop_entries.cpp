@@ -1,7 +1,5 @@
 #include "platform/linux/linux_desktop_entries.h"
 
-#include "platform/local/folder_listing.h"
-
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -139,10 +137,6 @@ std::vector<std::string> LinuxDesktopEntries::applicationFolders() const {
     std::vector<std::string> existing;
     std::ranges::copy_if(applicationFolders_, std::back_inserter(existing), isDirectory);
     return existing;
-}
-
-FolderListing LinuxDesktopEntries::listFolder(const std::string& folder) const {
-    return listFolderEntries(folder);
 }
 
 LinuxDesktopEntries::FolderStamp LinuxDesktopEntries::stampOf(std::string path) {
@@ -307,5 +301,13 @@ std::optional<DesktopEntry> LinuxDesktopEntries::findIn(const Index& index,
 }
 
 std::vector<DesktopEntry> LinuxDesktopEntries::allEntries() const { return index().all; }
+
+std::optional<DesktopEntry> LinuxDesktopEntries::findByStartupWmClass(
+    std::string_view windowClass) const {
+    for (const DesktopEntry& entry : index().all)
+        if (entry.isApplication && !entry.hidden && entry.startupWmClass == windowClass)
+            return entry;
+    return std::nullopt;
+}
 
 }  // namespace marzipel

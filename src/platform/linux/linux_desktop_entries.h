@@ -44,12 +44,12 @@ public:
     std::optional<DesktopEntry> readEntry(const std::string& path) const override;
     /// Only the applications folders that exist.
     std::vector<std::string> applicationFolders() const override;
-    FolderListing listFolder(const std::string& folder) const override;
     /// Subfolders are searched too; within one folder a file directly named by the id comes
     /// first. A file that cannot be read as an entry is passed over.
     std::optional<DesktopEntry> findById(std::string_view id) const override;
     /// Entries in subfolders included; within one folder ordered by id.
     std::vector<DesktopEntry> allEntries() const override;
+    std::optional<DesktopEntry> findByStartupWmClass(std::string_view windowClass) const override;
 
 private:
     /// A folder as `stat` saw it; two stamps differ when the folder changed, appeared, went

@@ -189,7 +189,7 @@ std::vector<WindowFacts> clientFacts(const X11Connection& x) {
     return factsOf(x, x.items(x.root(), x.ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW));
 }
 
-/// Finds applications' desktop entries; reads the whole list at most once.
+/// Finds applications' desktop entries.
 class Identifier {
 public:
     Identifier(const DesktopEntries& entries, const std::string& procRoot)
@@ -229,13 +229,10 @@ private:
         return entry;
     }
 
-    std::optional<DesktopEntry> byStartupWmClass(const ClassHint& hint) {
-        if (!all_) all_ = entries_.allEntries();
+    std::optional<DesktopEntry> byStartupWmClass(const ClassHint& hint) const {
         for (const std::string* name : {&hint.className, &hint.instance}) {
             if (name->empty()) continue;
-            for (const auto& entry : *all_)
-                if (entry.isApplication && !entry.hidden && entry.startupWmClass == *name)
-                    return entry;
+            if (auto entry = entries_.findByStartupWmClass(*name)) return entry;
         }
         return std::nullopt;
     }
@@ -261,7 +258,6 @@ private:
 
     const DesktopEntries& entries_;
     const std::string& procRoot_;
-    std::optional<std::vector<DesktopEntry>> all_;
 };
 
 }  // namespace
