@@ -32,10 +32,10 @@ NameOrder localeNameOrder() {
     };
 }
 
-QToolButton* symbolButton(IconName icon, const QString& objectName, QWidget* parent) {
+QToolButton* symbolButton(const QIcon& icon, const QString& objectName, QWidget* parent) {
     auto* button = new QToolButton(parent);
     button->setObjectName(objectName);
-    button->setIcon(themedIcon(icon));
+    button->setIcon(icon);
     button->setIconSize(QSize(18, 18));
     button->setAutoRaise(true);
     return button;
@@ -108,10 +108,10 @@ QWidget* AppsTab::buildPicker() {
     caption->setBuddy(runningApps_);
     connect(runningApps_, &QComboBox::activated, this,
             [this](int index) { model_->select(model_->runningApps().at(std::size_t(index))); });
-    auto* add = symbolButton(IconName::plus, "addRunningApp", picker);
+    auto* add = symbolButton(themedIcon(IconName::plus), "addRunningApp", picker);
     add->setAccessibleName("Add");
     connect(add, &QToolButton::clicked, this, [this] { model_->addSelected(); });
-    auto* refresh = symbolButton(IconName::refresh, "refreshRunningApps", picker);
+    auto* refresh = symbolButton(themedIcon(IconName::refresh), "refreshRunningApps", picker);
     refresh->setAccessibleName("Refresh");
     connect(refresh, &QToolButton::clicked, this, [this] { model_->refresh(); });
     row->addWidget(caption);
@@ -136,17 +136,20 @@ void AppsTab::showTriggerApps() {
     std::vector<AppItem> apps = model_->triggerApps();
     if (apps != shownTriggerApps_) {
         appList_->clear();
+        // Drawn once for all rows: our own icons are rendered at every common size.
+        const QIcon film = themedIcon(IconName::film);
+        const QIcon trash = themedIcon(IconName::trash);
         for (const AppItem& item : apps) {
             auto* row = new AppRow(item, imageLoader_);
             if (model_->hasVideoSwitch(item)) {
-                auto* video = symbolButton(IconName::film, "videoSwitch", row);
+                auto* video = symbolButton(film, "videoSwitch", row);
                 video->setCheckable(true);
                 video->setToolTip("Only when playing video (experimental)");
                 connect(video, &QToolButton::clicked, this,
                         [this, item](bool on) { model_->setOnlyWhenPlayingVideo(item, on); });
                 row->addTrailing(video);
             }
-            auto* remove = symbolButton(IconName::trash, "removeButton", row);
+            auto* remove = symbolButton(trash, "removeButton", row);
             remove->setAccessibleName("Remove");
             connect(remove, &QToolButton::clicked, this, [this, item] { model_->remove(item); });
             row->addTrailing(remove);

@@ -80,8 +80,7 @@ QStyle::StandardPixmap styleFallback(IconName name) {
 }
 
 /// Our artwork in black on transparent, aspect ratio kept and centred; null when unreadable.
-QImage renderMask(IconName name, QSize devicePixels) {
-    QSvgRenderer renderer(resourcePath(name));
+QImage renderMask(QSvgRenderer& renderer, QSize devicePixels) {
     if (!renderer.isValid() || devicePixels.isEmpty()) return {};
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QImage image(devicePixels, QImage::Format_ARGB32_Premultiplied);
@@ -108,7 +107,8 @@ QSize artworkSize(IconName name) {
 }
 
 QImage tintedArtwork(IconName name, QSize devicePixels, const QColor& color) {
-    QImage mask = renderMask(name, devicePixels);
+    QSvgRenderer renderer(resourcePath(name));
+    QImage mask = renderMask(renderer, devicePixels);
     return mask.isNull() ? mask : tinted(std::move(mask), color);
 }
 
@@ -121,9 +121,10 @@ QIcon ownIcon(IconName name) {
         {QIcon::Disabled, palette.color(QPalette::Disabled, QPalette::WindowText)},
         {QIcon::Selected, palette.color(QPalette::Active, QPalette::HighlightedText)},
     };
+    QSvgRenderer renderer(resourcePath(name));
     QIcon icon;
     for (int side : kSides) {
-        const QImage mask = renderMask(name, QSize(side, side));
+        const QImage mask = renderMask(renderer, QSize(side, side));
         if (mask.isNull()) break;
         for (const auto& [mode, color] : modes) {
             icon.addPixmap(QPixmap::fromImage(tinted(mask, color)), mode);
