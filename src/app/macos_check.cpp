@@ -6,10 +6,10 @@
 #include <memory>
 
 #include "core/marzipel_app.h"
+#include "platform/common/stdout_console.h"
 #include "platform/macos/mac_application.h"
 #include "platform/macos/mac_brightness_service.h"
 #include "platform/macos/mac_clock.h"
-#include "platform/macos/mac_console.h"
 #include "platform/macos/mac_login_item_service.h"
 #include "platform/macos/mac_power_assertions.h"
 #include "platform/macos/mac_preferences_store.h"
@@ -45,7 +45,7 @@ int main() {
     });
     MacSystemLog systemLog;
     MacClock clock;
-    MacConsole console;
+    StdoutConsole console;
     MacUserDirectories userDirectories;
     MacLoginItemService loginItems;
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);

@@ -7,11 +7,11 @@
 
 #include "core/marzipel_app.h"
 #include "detection/app_catalog.h"
+#include "platform/common/stdout_console.h"
 #include "platform/local/local_bundle_files.h"
 #include "platform/macos/mac_application.h"
 #include "platform/macos/mac_brightness_service.h"
 #include "platform/macos/mac_clock.h"
-#include "platform/macos/mac_console.h"
 #include "platform/macos/mac_login_item_service.h"
 #include "platform/macos/mac_power_assertions.h"
 #include "platform/macos/mac_preferences_store.h"
@@ -74,7 +74,7 @@ int main(int argc, char* argv[]) {
     });
     MacSystemLog systemLog;
     MacClock clock;
-    MacConsole console;
+    StdoutConsole console;
     MacUserDirectories userDirectories;
     MacLoginItemService loginItems;
     LocalBundleFiles bundleFiles;

@@ -7,6 +7,7 @@
 
 #include "core/marzipel_app.h"
 #include "detection/desktop_entry_catalog.h"
+#include "platform/common/stdout_console.h"
 #include "platform/linux/linux_application.h"
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/linux/linux_desktop_entries.h"
@@ -14,7 +15,6 @@
 #include "platform/linux/local_clock.h"
 #include "platform/linux/no_updater.h"
 #include "platform/linux/plist_file_preferences_store.h"
-#include "platform/linux/stdout_console.h"
 #include "platform/linux/syslog_system_log.h"
 #include "platform/linux/x11_space_monitor.h"
 #include "platform/linux/x11_workspace.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/stdout_console.h"
+#include "platform/common/stdout_console.h"
 
 #include <iostream>
 

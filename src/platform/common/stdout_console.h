@@ -4,7 +4,8 @@
 
 namespace marzipel {
 
-/// The process's standard output, flushed after each line.
+/// The process's standard output, flushed after each line so that it interleaves with the
+/// system's own messages in a terminal or the macOS Console.
 class StdoutConsole final : public Console {
 public:
     void printLine(std::string_view text) override;
