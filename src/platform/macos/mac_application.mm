@@ -92,7 +92,9 @@ void MacApplication::installDelegateAction(std::string action, std::function<voi
         impl_->ownDelegate = [[MarzipelApplicationDelegate alloc] init];
         application.delegate = impl_->ownDelegate;
     }
-    (*impl_->actions)[action] = std::move(handler);
+    // The method looks its handler up by name, so a new handler for an action already
+    // installed needs no new method; a replaced method's block would never be freed.
+    if (!impl_->actions->insert_or_assign(action, std::move(handler)).second) return;
 
     std::weak_ptr<DelegateActions> actions = impl_->actions;
     IMP method = imp_implementationWithBlock(^(id receiver, id sender) {
