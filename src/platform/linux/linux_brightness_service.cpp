@@ -85,8 +85,9 @@ private:
 LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
                                                              std::filesystem::path ledsFolder)
     : log_(log) {
-    if (UPowerKeyboardBacklight::available()) {
+    if (std::optional<int> maxLevel = UPowerKeyboardBacklight::find()) {
         keyboard_ = Keyboard::upower;
+        upowerMaxLevel_ = *maxLevel;
     } else if (std::optional<std::filesystem::path> led = LedKeyboardBacklight::find(ledsFolder)) {
         keyboard_ = Keyboard::led;
         led_ = std::move(*led);
@@ -104,7 +105,7 @@ std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
     std::unique_ptr<KeyboardBacklight> keyboard;
     switch (keyboard_) {
         case Keyboard::upower:
-            keyboard = std::make_unique<UPowerKeyboardBacklight>(log_);
+            keyboard = std::make_unique<UPowerKeyboardBacklight>(upowerMaxLevel_, log_);
             break;
         case Keyboard::led:
             keyboard = std::make_unique<LedKeyboardBacklight>(led_, log_);

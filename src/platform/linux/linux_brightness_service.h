@@ -31,6 +31,7 @@ private:
 
     SystemLog& log_;
     Keyboard keyboard_ = Keyboard::none;
+    int upowerMaxLevel_ = 0;
     std::filesystem::path led_;
 };
 

@@ -21,10 +21,11 @@ std::optional<int> askLevel(const char* method, QDBusMessage& reply) {
 
 }  // namespace
 
-bool UPowerKeyboardBacklight::available() {
+std::optional<int> UPowerKeyboardBacklight::find() {
     QDBusMessage reply;
     std::optional<int> maxLevel = askLevel("GetMaxBrightness", reply);
-    return maxLevel && *maxLevel > 0;
+    if (!maxLevel || *maxLevel <= 0) return std::nullopt;
+    return maxLevel;
 }
 
 std::optional<int> UPowerKeyboardBacklight::maxLevel(QDBusMessage& reply) {

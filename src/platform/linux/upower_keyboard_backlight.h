@@ -13,10 +13,11 @@ namespace marzipel {
 /// light off costs one call.
 class UPowerKeyboardBacklight final : public KeyboardBacklight {
 public:
-    /// Whether UPower answers for a keyboard backlight right now.
-    static bool available();
+    /// UPower's maximum level when it answers for a keyboard backlight right now.
+    static std::optional<int> find();
 
-    explicit UPowerKeyboardBacklight(SystemLog& log) : log_(log) {}
+    /// Starts from `maxLevel`, as `find` gave it.
+    UPowerKeyboardBacklight(int maxLevel, SystemLog& log) : log_(log), maxLevel_(maxLevel) {}
 
     float brightness() override;
     void setBrightness(float value) override;
