@@ -33,6 +33,10 @@ BlueLightStatus::Time localTimeOf(qulonglong secondsSinceEpoch) {
     return {time.hour(), time.minute()};
 }
 
+const dbus::Address& addressOf(KWinNightColor::Generation generation) {
+    return generation == KWinNightColor::Generation::plasma6 ? kPlasma6 : kPlasma5;
+}
+
 }  // namespace
 
 std::optional<KWinNightColor::Generation> KWinNightColor::find() {
@@ -43,7 +47,7 @@ std::optional<KWinNightColor::Generation> KWinNightColor::find() {
 }
 
 BlueLightStatus KWinNightColor::status() {
-    const dbus::Address& at = generation_ == Generation::plasma6 ? kPlasma6 : kPlasma5;
+    const dbus::Address& at = addressOf(generation_);
     std::optional<QVariantMap> properties = dbus::allProperties(QDBusConnection::sessionBus(), at);
     if (!properties) {
         log_.error(kAppLogSubsystem, kAppLogCategory, "Could not read Night Color from KWin");
@@ -75,7 +79,7 @@ void KWinNightColor::setEnabled(bool enabled) {
         return;
     }
     if (cookie_) return;
-    const dbus::Address& at = generation_ == Generation::plasma6 ? kPlasma6 : kPlasma5;
+    const dbus::Address& at = addressOf(generation_);
     QDBusMessage reply = dbus::call(QDBusConnection::sessionBus(), at, "inhibit");
     if (std::optional<QVariant> cookie = dbus::firstResult(reply)) {
         cookie_ = cookie->toUInt();
@@ -93,7 +97,7 @@ void KWinNightColor::setMode(std::int32_t mode) {
 
 void KWinNightColor::release() {
     if (!cookie_) return;
-    const dbus::Address& at = generation_ == Generation::plasma6 ? kPlasma6 : kPlasma5;
+    const dbus::Address& at = addressOf(generation_);
     QDBusMessage reply =
         dbus::call(QDBusConnection::sessionBus(), at, "uninhibit", {QVariant::fromValue(*cookie_)});
     cookie_.reset();

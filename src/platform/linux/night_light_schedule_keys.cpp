@@ -3,16 +3,11 @@
 #include <gio/gio.h>
 
 #include <cmath>
-#include <memory>
 
 namespace marzipel {
 namespace {
 
 constexpr const char* kSchema = "org.gnome.settings-daemon.plugins.color";
-
-struct ObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
 
 bool schemaInstalled() {
     GSettingsSchemaSource* source = g_settings_schema_source_get_default();
@@ -25,22 +20,17 @@ bool schemaInstalled() {
 
 }  // namespace
 
-struct NightLightScheduleReader::Settings {
-    std::unique_ptr<GSettings, ObjectUnref> object;
-};
-
-NightLightScheduleReader::NightLightScheduleReader() : settings_(std::make_unique<Settings>()) {}
-
-NightLightScheduleReader::~NightLightScheduleReader() = default;
+NightLightScheduleReader::~NightLightScheduleReader() {
+    if (settings_) g_object_unref(settings_);
+}
 
 std::optional<NightLightScheduleKeys> NightLightScheduleReader::read() {
-    GSettings* settings = settings_->object.get();
-    if (!settings) {
+    if (!settings_) {
         // g_settings_new aborts the process on a schema that is not installed.
         if (!schemaInstalled()) return std::nullopt;
-        settings_->object.reset(g_settings_new(kSchema));
-        settings = settings_->object.get();
+        settings_ = g_settings_new(kSchema);
     }
+    GSettings* settings = settings_;
     NightLightScheduleKeys keys;
     keys.enabled = g_settings_get_boolean(settings, "night-light-enabled");
     keys.automatic = g_settings_get_boolean(settings, "night-light-schedule-automatic");

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 
 #include "platform/brightness_service.h"
+
+typedef struct _GSettings GSettings;
 
 namespace marzipel {
 
@@ -21,7 +22,7 @@ struct NightLightScheduleKeys {
 /// costs far more than a read; each read still gets the backend's current values. Main thread.
 class NightLightScheduleReader {
 public:
-    NightLightScheduleReader();
+    NightLightScheduleReader() = default;
     ~NightLightScheduleReader();
     NightLightScheduleReader(const NightLightScheduleReader&) = delete;
     NightLightScheduleReader& operator=(const NightLightScheduleReader&) = delete;
@@ -30,8 +31,7 @@ public:
     std::optional<NightLightScheduleKeys> read();
 
 private:
-    struct Settings;
-    std::unique_ptr<Settings> settings_;
+    GSettings* settings_ = nullptr;
 };
 
 /// 20.5 -> 20:30, to the nearest minute, wrapped into one day.
