@@ -1,7 +1,7 @@
 # Makes the macOS program a complete Marzipel.app at every build: our Info.plist (no LSUIElement:
 # the full-screen detector needs a regular start, and the program drops its Dock icon itself),
-# AppIcon.icns rendered from the tray mark, Sparkle.framework copied in with its symbolic links,
-# Qt deployed by macdeployqt, and an ad-hoc signature over it all.
+# AppIcon.icns rendered from the icon the Linux package installs, Sparkle.framework copied in
+# with its symbolic links, Qt deployed by macdeployqt, and an ad-hoc signature over it all.
 
 set(MARZIPEL_SPARKLE_FEED_URL "" CACHE STRING
   "The update feed (SUFeedURL); without it and the key the updater stays off")
@@ -18,25 +18,21 @@ function(marzipel_macos_bundle target sparkle_framework)
     BUILD_RPATH "@executable_path/../Frameworks"
     INSTALL_RPATH "@executable_path/../Frameworks")
 
-  set(mark ${PROJECT_SOURCE_DIR}/src/ui/icons/tray.svg)
-  if(EXISTS ${mark})
-    add_executable(marzipel-render-iconset ${MARZIPEL_BUNDLE_DIR}/render_iconset.cpp)
-    target_link_libraries(marzipel-render-iconset PRIVATE Qt6::Gui Qt6::Svg)
-    set(iconset ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.iconset)
-    set(icns ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.icns)
-    add_custom_command(OUTPUT ${icns}
-      COMMAND ${CMAKE_COMMAND} -E rm -rf ${iconset}
-      COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
-              $<TARGET_FILE:marzipel-render-iconset> ${mark} ${iconset}
-      COMMAND iconutil --convert icns --output ${icns} ${iconset}
-      DEPENDS marzipel-render-iconset ${mark}
-      COMMENT "Rendering AppIcon.icns"
-      VERBATIM)
-    target_sources(${target} PRIVATE ${icns})
-    set_source_files_properties(${icns} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
-  else()
-    message(WARNING "${mark} is missing: Marzipel.app is built without its icon")
-  endif()
+  set(icon ${PROJECT_SOURCE_DIR}/packaging/linux/com.orsavelt.Marzipel.svg)
+  add_executable(marzipel-render-iconset ${MARZIPEL_BUNDLE_DIR}/render_iconset.cpp)
+  target_link_libraries(marzipel-render-iconset PRIVATE Qt6::Gui Qt6::Svg)
+  set(iconset ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.iconset)
+  set(icns ${CMAKE_CURRENT_BINARY_DIR}/AppIcon.icns)
+  add_custom_command(OUTPUT ${icns}
+    COMMAND ${CMAKE_COMMAND} -E rm -rf ${iconset}
+    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
+            $<TARGET_FILE:marzipel-render-iconset> ${icon} ${iconset}
+    COMMAND iconutil --convert icns --output ${icns} ${iconset}
+    DEPENDS marzipel-render-iconset ${icon}
+    COMMENT "Rendering AppIcon.icns"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${icns})
+  set_source_files_properties(${icns} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
 
   get_filename_component(qt_bin ${Qt6_DIR}/../../../bin ABSOLUTE)
   find_program(MARZIPEL_MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_bin} REQUIRED)
