@@ -67,11 +67,17 @@ bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
     if (!result || !result->canConvert<QDBusArgument>()) return false;
     const QList<QDBusObjectPath> paths =
         qdbus_cast<QList<QDBusObjectPath>>(result->value<QDBusArgument>());
+    // Every inhibitor is asked both questions before any answer is awaited, as the players are.
+    std::vector<std::pair<QDBusPendingCall, QDBusPendingCall>> asked;
     for (const QDBusObjectPath& path : paths) {
         const dbus::Address inhibitor{service, path.path(), service + QStringLiteral(".Inhibitor")};
-        std::optional<QVariant> flags = dbus::firstResult(dbus::call(bus, inhibitor, "GetFlags"));
+        asked.emplace_back(dbus::send(bus, inhibitor, QStringLiteral("GetFlags")),
+                           dbus::send(bus, inhibitor, QStringLiteral("GetAppId")));
+    }
+    for (auto& [flagsCall, appIdCall] : asked) {
+        std::optional<QVariant> flags = dbus::firstResult(dbus::waitFor(flagsCall));
         if (!flags || (flags->toUInt() & kGnomeInhibitIdle) == 0) continue;
-        std::optional<QVariant> appId = dbus::firstResult(dbus::call(bus, inhibitor, "GetAppId"));
+        std::optional<QVariant> appId = dbus::firstResult(dbus::waitFor(appIdCall));
         if (!appId) continue;
         if (std::optional<std::int32_t> pid = processOfAppId(bus, appId->toString())) {
             addAssertion(table, *pid, appId->toString().toStdString());
