@@ -1,6 +1,7 @@
 #include "detection/desktop_entry_catalog.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "detection/bundle_reader.h"
 #include "detection/known_linux_video_apps.h"
@@ -24,7 +25,16 @@ bool DesktopEntryCatalog::isApplicationPath(std::string_view path) const {
 }
 
 FolderListing DesktopEntryCatalog::listFolder(const std::string& folder) const {
-    return bundles_.listFolder(folder);
+    FolderListing listing = bundles_.listFolder(folder);
+    // An id names the entry in the first folder that holds it, so a copy in the user's folder
+    // (a menu editor's, or one that hides the app) stands for the system's.
+    std::erase_if(listing.paths, [this](const std::string& path) {
+        if (!isApplicationPath(path)) return false;
+        const std::optional<DesktopEntry> shown =
+            entries_.findById(std::filesystem::path(path).stem().string());
+        return shown && shown->path != path;
+    });
+    return listing;
 }
 
 bool DesktopEntryCatalog::isKnownVideoApp(std::string_view id) const {

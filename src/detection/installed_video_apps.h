@@ -10,8 +10,9 @@
 namespace marzipel {
 
 /// The known video players installed directly in the catalogue's application folders, folder by
-/// folder in listing order; an app found in two folders is listed twice. A folder that cannot be
-/// listed is reported to `systemLog` and skipped.
+/// folder in listing order; an app found in two folders is listed twice, unless the catalogue's
+/// listing leaves one out (desktop entries that an earlier folder overrides). A folder that
+/// cannot be listed is reported to `systemLog` and skipped.
 std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog& systemLog);
 
 /// The same search over `folders` instead of the catalogue's own.

@@ -12,13 +12,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(DesktopEntryDiscoveryTest, FindsInstalledPlayersAmongRealEntries) {
+TEST(DesktopEntryDiscoveryTest, FindsInstalledPlayersAmongRealEntriesEachOnceAsTheUserSeesIt) {
     TempFolder temp;
     const std::string user = temp / "home/.local/share";
     const std::string system = temp / "usr/share";
     const std::string flatpak = temp / "var/lib/flatpak/exports/share";
     const auto put = writeFile;
     put(user + "/applications/mpv.desktop", "[Desktop Entry]\nType=Application\nName=mpv\n");
+    // The user's own copies stand for the system's: one renamed, one hidden from menus.
+    put(system + "/applications/mpv.desktop",
+        "[Desktop Entry]\nType=Application\nName=mpv Media Player\n");
+    const std::string celluloid = "/applications/io.github.celluloid_player.Celluloid.desktop";
+    put(user + celluloid, "[Desktop Entry]\nType=Application\nName=Celluloid\nNoDisplay=true\n");
+    put(system + celluloid, "[Desktop Entry]\nType=Application\nName=Celluloid\n");
     put(system + "/applications/org.gnome.TextEditor.desktop",
         "[Desktop Entry]\nType=Application\nName=Text Editor\n");
     put(system + "/applications/kodi.desktop",
