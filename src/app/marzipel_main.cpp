@@ -75,6 +75,10 @@ int main(int argc, char* argv[]) {
     LinuxBrightnessServiceFactory brightness(systemLog);
     LinuxPowerAssertions powerAssertions;
     NoUpdater updater;
+    spaceMonitor.setFullScreenFoundHandler([&brightness, &powerAssertions] {
+        brightness.readAhead();
+        powerAssertions.readAhead();
+    });
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
 

@@ -30,13 +30,17 @@ bool processEventsUntil(const std::function<bool()>& condition,
 struct Post {
     xcb_window_t activeWindow;
     bool onActiveSpace;
+    bool saidFullScreenFound;
 };
 
 class X11SpaceMonitorTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        monitor.setFullScreenFoundHandler([this] { fullScreenFound = true; });
         monitor.setActiveSpaceChangedHandler([this] {
-            posts.push_back({client.x().activeWindow(), monitor.isOnActiveSpace()});
+            fullScreenFound = false;
+            const bool onActiveSpace = monitor.isOnActiveSpace();
+            posts.push_back({client.x().activeWindow(), onActiveSpace, fullScreenFound});
         });
     }
 
@@ -73,6 +77,7 @@ protected:
     X11SpaceMonitor monitor{log, session.display()};
     std::vector<Post> posts;
     std::size_t settled = 0;
+    bool fullScreenFound = false;
 };
 
 TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
@@ -100,6 +105,9 @@ TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
     act([&] { client.setFullScreen(player, false); });
     EXPECT_TRUE(postedWhile(player, true));
     EXPECT_TRUE(monitor.isOnActiveSpace());
+    EXPECT_TRUE(std::ranges::all_of(posts, [](const Post& post) {
+        return post.saidFullScreenFound != post.onActiveSpace;
+    })) << "told of a full-screen window exactly when it answered false";
     EXPECT_TRUE(log.entries.empty());
 }
 

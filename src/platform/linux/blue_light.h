@@ -15,6 +15,8 @@ public:
     virtual BlueLightStatus status() = 0;
     virtual void setEnabled(bool enabled) = 0;
     virtual void setMode(std::int32_t mode) = 0;
+    /// Asks for the state now, for a `status` call that follows in this event-loop turn.
+    virtual void readAhead() {}
 };
 
 }  // namespace marzipel

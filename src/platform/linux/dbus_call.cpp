@@ -1,7 +1,10 @@
 #include "platform/linux/dbus_call.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusVariant>
+#include <algorithm>
+#include <vector>
 
 namespace marzipel::dbus {
 namespace {
@@ -18,21 +21,99 @@ QDBusMessage methodCall(const Address& at, const QString& method, const QVariant
     return message;
 }
 
+QDBusMessage allPropertiesCall(const Address& at) {
+    return methodCall(propertiesOf(at), QStringLiteral("GetAll"), {at.interface});
+}
+
+struct ReadAhead {
+    QString bus;
+    QDBusMessage message;
+    QDBusPendingCall pending;
+};
+
+std::vector<ReadAhead>& readAheads() {
+    static std::vector<ReadAhead> list;
+    return list;
+}
+
+bool sameCall(const QDBusMessage& a, const QDBusMessage& b) {
+    return a.service() == b.service() && a.path() == b.path() && a.interface() == b.interface() &&
+           a.member() == b.member() && a.arguments() == b.arguments();
+}
+
+/// The answer read ahead for `message`, if there is one; any other read ahead from the same
+/// service is dropped, as `message` may change what it would say.
+std::optional<QDBusPendingCall> takeReadAhead(const QDBusConnection& bus,
+                                              const QDBusMessage& message) {
+    std::vector<ReadAhead>& list = readAheads();
+    const auto found = std::ranges::find_if(list, [&](const ReadAhead& read) {
+        return read.bus == bus.name() && sameCall(read.message, message);
+    });
+    if (found != list.end()) {
+        QDBusPendingCall pending = found->pending;
+        list.erase(found);
+        return pending;
+    }
+    std::erase_if(list, [&](const ReadAhead& read) {
+        return read.bus == bus.name() && read.message.service() == message.service();
+    });
+    return std::nullopt;
+}
+
+void sendAhead(const QDBusConnection& bus, const QDBusMessage& message) {
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!application) return;
+    std::vector<ReadAhead>& list = readAheads();
+    if (std::ranges::any_of(list, [&](const ReadAhead& read) {
+            return read.bus == bus.name() && sameCall(read.message, message);
+        })) {
+        return;
+    }
+    if (list.empty()) {
+        // Posted events run only after the current turn: an answer older than that is stale.
+        QMetaObject::invokeMethod(
+            application, [] { readAheads().clear(); }, Qt::QueuedConnection);
+    }
+    list.push_back({bus.name(), message, bus.asyncCall(message, kCallTimeoutMs)});
+}
+
+}  // namespace
+
+namespace {
+
+QDBusMessage call(const QDBusConnection& bus, const QDBusMessage& message) {
+    if (std::optional<QDBusPendingCall> pending = takeReadAhead(bus, message)) {
+        return waitFor(*pending);
+    }
+    return bus.call(message, QDBus::Block, kCallTimeoutMs);
+}
+
 }  // namespace
 
 QDBusMessage call(const QDBusConnection& bus, const Address& at, const QString& method,
                   const QVariantList& arguments) {
-    return bus.call(methodCall(at, method, arguments), QDBus::Block, kCallTimeoutMs);
+    return call(bus, methodCall(at, method, arguments));
 }
 
 QDBusPendingCall send(const QDBusConnection& bus, const Address& at, const QString& method,
                       const QVariantList& arguments) {
-    return bus.asyncCall(methodCall(at, method, arguments), kCallTimeoutMs);
+    const QDBusMessage message = methodCall(at, method, arguments);
+    if (std::optional<QDBusPendingCall> pending = takeReadAhead(bus, message)) return *pending;
+    return bus.asyncCall(message, kCallTimeoutMs);
 }
 
 QDBusMessage waitFor(QDBusPendingCall& pending) {
     pending.waitForFinished();
     return pending.reply();
+}
+
+void readAhead(const QDBusConnection& bus, const Address& at, const QString& method,
+               const QVariantList& arguments) {
+    sendAhead(bus, methodCall(at, method, arguments));
+}
+
+void readAheadAllProperties(const QDBusConnection& bus, const Address& at) {
+    sendAhead(bus, allPropertiesCall(at));
 }
 
 Address busDaemon() { return kBusDaemon; }
@@ -56,8 +137,7 @@ std::optional<QVariant> firstResult(const QDBusMessage& reply) {
 }
 
 std::optional<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at) {
-    std::optional<QVariant> result =
-        firstResult(call(bus, propertiesOf(at), QStringLiteral("GetAll"), {at.interface}));
+    std::optional<QVariant> result = firstResult(call(bus, allPropertiesCall(at)));
     if (!result || !result->canConvert<QDBusArgument>()) return std::nullopt;
     return qdbus_cast<QVariantMap>(result->value<QDBusArgument>());
 }

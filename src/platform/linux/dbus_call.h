@@ -33,6 +33,15 @@ QDBusPendingCall send(const QDBusConnection& bus, const Address& at, const QStri
                       const QVariantList& arguments = {});
 QDBusMessage waitFor(QDBusPendingCall& pending);
 
+/// Sends a read whose answer the program expects to need in a moment: a blocking `call` or a
+/// `send` of the same message takes that answer instead of asking again. An answer is taken once,
+/// and only in the event loop's current turn, before any other call to that service (which
+/// might change it). Needs a Qt application object; without one it does nothing.
+void readAhead(const QDBusConnection& bus, const Address& at, const QString& method,
+               const QVariantList& arguments = {});
+/// `readAhead` of what `allProperties` asks.
+void readAheadAllProperties(const QDBusConnection& bus, const Address& at);
+
 /// The bus daemon itself, which answers for the names on the bus.
 Address busDaemon();
 

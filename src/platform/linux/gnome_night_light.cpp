@@ -40,6 +40,10 @@ BlueLightStatus GnomeNightLight::status() {
     return status;
 }
 
+void GnomeNightLight::readAhead() {
+    dbus::readAheadAllProperties(QDBusConnection::sessionBus(), kColor);
+}
+
 void GnomeNightLight::setEnabled(bool enabled) { setDisabledUntilTomorrow(!enabled); }
 
 void GnomeNightLight::setMode(std::int32_t mode) {

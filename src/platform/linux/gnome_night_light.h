@@ -20,6 +20,7 @@ public:
     BlueLightStatus status() override;
     void setEnabled(bool enabled) override;
     void setMode(std::int32_t mode) override;
+    void readAhead() override;
 
 private:
     void setDisabledUntilTomorrow(bool disabled);

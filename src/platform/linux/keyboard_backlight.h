@@ -10,6 +10,8 @@ public:
     /// 0.0 when the level cannot be read.
     virtual float brightness() = 0;
     virtual void setBrightness(float value) = 0;
+    /// Asks for the level now, for a `brightness` call that follows in this event-loop turn.
+    virtual void readAhead() {}
 };
 
 /// `level` of 0..`maxLevel` as a fraction; 0.0 when there are no levels.

@@ -73,6 +73,10 @@ BlueLightStatus KWinNightColor::status() {
     return status;
 }
 
+void KWinNightColor::readAhead() {
+    dbus::readAheadAllProperties(QDBusConnection::sessionBus(), addressOf(generation_));
+}
+
 void KWinNightColor::setEnabled(bool enabled) {
     if (enabled) {
         release();

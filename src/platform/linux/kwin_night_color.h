@@ -25,6 +25,7 @@ public:
     BlueLightStatus status() override;
     void setEnabled(bool enabled) override;
     void setMode(std::int32_t mode) override;
+    void readAhead() override;
 
 private:
     void release();

@@ -29,8 +29,13 @@ std::unique_ptr<BlueLight> findBlueLight(SystemLog& log) {
 
 class LinuxBrightnessService final : public BrightnessService {
 public:
-    LinuxBrightnessService(std::unique_ptr<KeyboardBacklight> keyboard, SystemLog& log)
+    LinuxBrightnessService(std::unique_ptr<KeyboardBacklight> keyboard, SystemLog& log,
+                           Signal<>& readAheadRequested)
         : keyboard_(std::move(keyboard)), log_(log), blueLight_(findBlueLight(log)) {
+        readAhead_ = readAheadRequested.connect([this] {
+            keyboard_->readAhead();
+            if (blueLight_) blueLight_->readAhead();
+        });
         const QDBusConnection session = QDBusConnection::sessionBus();
         if (blueLight_ || !session.isConnected()) return;
         // Started at login, we may come up before the desktop's colour service does.
@@ -78,6 +83,7 @@ private:
     std::unique_ptr<BlueLight> blueLight_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     bool lookAgain_ = false;
+    Subscription readAhead_;
 };
 
 }  // namespace
@@ -114,7 +120,7 @@ std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
             keyboard = std::make_unique<NoKeyboardBacklight>();
             break;
     }
-    return std::make_unique<LinuxBrightnessService>(std::move(keyboard), log_);
+    return std::make_unique<LinuxBrightnessService>(std::move(keyboard), log_, readAheadRequested_);
 }
 
 }  // namespace marzipel

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/signal.h"
 #include "platform/brightness_service.h"
 #include "platform/system_log.h"
 
@@ -26,6 +27,10 @@ public:
     /// that calls this.
     std::unique_ptr<BrightnessService> create() override;
 
+    /// Has every client made here ask for its keyboard level and filter state now, so that
+    /// reading them in this event-loop turn waits less.
+    void readAhead() { readAheadRequested_.emit(); }
+
 private:
     enum class Keyboard { upower, led, none };
 
@@ -33,6 +38,7 @@ private:
     Keyboard keyboard_ = Keyboard::none;
     int upowerMaxLevel_ = 0;
     std::filesystem::path led_;
+    Signal<> readAheadRequested_;
 };
 
 }  // namespace marzipel

@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +19,30 @@ const dbus::Address kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
                             "org.freedesktop.login1.Manager"};
 const dbus::Address kGnomeSession{"org.gnome.SessionManager", "/org/gnome/SessionManager",
                                   "org.gnome.SessionManager"};
+
+/// The first question to each place, in the order their answers are read.
+struct FirstQuestion {
+    bool onSystemBus;
+    dbus::Address at;
+    const char* method;
+};
+
+const std::array<FirstQuestion, 3>& firstQuestions() {
+    static const std::array<FirstQuestion, 3> questions{{
+        {true, kLogind, "ListInhibitors"},
+        {false, kGnomeSession, "GetInhibitors"},
+        {false, dbus::busDaemon(), "ListNames"},
+    }};
+    return questions;
+}
+
+QDBusConnection busOf(const FirstQuestion& question) {
+    return question.onSystemBus ? QDBusConnection::systemBus() : QDBusConnection::sessionBus();
+}
+
+QDBusPendingCall ask(const FirstQuestion& question) {
+    return dbus::send(busOf(question), question.at, question.method);
+}
 
 using Table = std::map<std::int32_t, PlistArray>;
 
@@ -116,19 +141,20 @@ bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
 
 }  // namespace
 
+void LinuxPowerAssertions::readAhead() {
+    for (const FirstQuestion& question : firstQuestions()) {
+        dbus::readAhead(busOf(question), question.at, question.method);
+    }
+}
+
 PowerAssertionsReply LinuxPowerAssertions::assertionsByProcess() {
     // The three sources are asked at once; each answer is read when it is needed.
-    const QDBusConnection session = QDBusConnection::sessionBus();
-    QDBusPendingCall logindCall =
-        dbus::send(QDBusConnection::systemBus(), kLogind, QStringLiteral("ListInhibitors"));
-    QDBusPendingCall gnomeCall =
-        dbus::send(session, kGnomeSession, QStringLiteral("GetInhibitors"));
-    QDBusPendingCall namesCall =
-        dbus::send(session, dbus::busDaemon(), QStringLiteral("ListNames"));
+    const auto& questions = firstQuestions();
+    std::array<QDBusPendingCall, 3> calls{ask(questions[0]), ask(questions[1]), ask(questions[2])};
     Table table;
-    const bool logind = addLogindInhibitors(table, dbus::waitFor(logindCall));
-    const bool gnome = addGnomeInhibitors(table, dbus::waitFor(gnomeCall));
-    const bool players = addPlayingPlayers(table, dbus::waitFor(namesCall));
+    const bool logind = addLogindInhibitors(table, dbus::waitFor(calls[0]));
+    const bool gnome = addGnomeInhibitors(table, dbus::waitFor(calls[1]));
+    const bool players = addPlayingPlayers(table, dbus::waitFor(calls[2]));
     if (!logind && !gnome && !players) return {.result = 1, .table = std::nullopt};
     std::map<std::int32_t, PlistValue> assertions;
     for (auto& [processId, records] : table) assertions.emplace(processId, std::move(records));

@@ -12,6 +12,10 @@ namespace marzipel {
 class LinuxPowerAssertions final : public PowerAssertions {
 public:
     PowerAssertionsReply assertionsByProcess() override;
+
+    /// Puts the first questions to the three places now, for an `assertionsByProcess` that
+    /// follows in this event-loop turn.
+    void readAhead();
 };
 
 }  // namespace marzipel

@@ -47,6 +47,11 @@ float UPowerKeyboardBacklight::brightness() {
     return fractionOfLevel(*level, *max);
 }
 
+void UPowerKeyboardBacklight::readAhead() {
+    // Without a known maximum, `brightness` asks for that first, which drops what was read.
+    if (maxLevel_) dbus::readAhead(QDBusConnection::systemBus(), kKbdBacklight, "GetBrightness");
+}
+
 void UPowerKeyboardBacklight::setBrightness(float value) {
     QDBusMessage reply;
     if (const std::optional<int> max = maxLevel(reply)) {

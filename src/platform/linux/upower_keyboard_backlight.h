@@ -21,6 +21,7 @@ public:
 
     float brightness() override;
     void setBrightness(float value) override;
+    void readAhead() override;
 
 private:
     /// The kept maximum, else UPower's answer; nothing with `reply` holding the error.

@@ -56,6 +56,7 @@ bool X11SpaceMonitor::isOnActiveSpace() const {
     const bool fullScreen =
         active != XCB_WINDOW_NONE && std::ranges::count(states, atoms._NET_WM_STATE_FULLSCREEN) > 0;
     queries_.dropQueuedEvents();
+    if (fullScreen && fullScreenFound_) fullScreenFound_();
     return !fullScreen;
 }
 

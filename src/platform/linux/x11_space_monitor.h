@@ -29,6 +29,11 @@ public:
     /// True also when there is no active window or no display.
     bool isOnActiveSpace() const override;
     void setActiveSpaceChangedHandler(std::function<void()> handler) override;
+    /// Calls `handler` whenever `isOnActiveSpace` finds the active window full screen, before it
+    /// answers: what comes next will want the desktop's services, which can be asked meanwhile.
+    void setFullScreenFoundHandler(std::function<void()> handler) {
+        fullScreenFound_ = std::move(handler);
+    }
     /// A Linux program has no bundle: false.
     bool mainBundleIsAgent() const override { return false; }
     /// A Linux program has no bundle: nothing.
@@ -47,6 +52,7 @@ private:
     xcb_window_t watched_ = XCB_WINDOW_NONE;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::function<void()> handler_;
+    std::function<void()> fullScreenFound_;
 };
 
 }  // namespace marzipel

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -64,6 +67,40 @@ TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
     service->setBrightness(0.75f, 1);
     EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
+}
+
+/// A level change that does not pass through the adapters, as another program's would.
+void setLevelElsewhere(int level) {
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        kUPower, kKbdPath, "org.freedesktop.UPower.KbdBacklight", "SetBrightness");
+    message.setArguments({level});
+    ASSERT_EQ(QDBusConnection::systemBus().call(message).type(), QDBusMessage::ReplyMessage);
+}
+
+TEST(UPowerKeyboard, LevelReadAheadIsTakenOnceAndOnlyInTheSameTurn) {
+    auto upower = startUPower(3, 2);
+    SimSystemLog log;
+    TempFolder noLeds;
+    LinuxBrightnessServiceFactory factory(log, noLeds.path());
+    auto reader = factory.create();
+    auto writer = factory.create();
+
+    factory.readAhead();
+    setLevelElsewhere(1);
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 2.0f / 3) << "the level read ahead";
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f / 3) << "asked again";
+    EXPECT_EQ(upower->calls(kKbdPath, "GetBrightness").size(), 2u)
+        << "both clients wanted the level, but it was read ahead once";
+
+    factory.readAhead();
+    QCoreApplication::processEvents();
+    setLevelElsewhere(0);
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f) << "the turn has ended";
+
+    factory.readAhead();
+    writer->setBrightness(1.0f, 1);
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f) << "a later call may change it";
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {
