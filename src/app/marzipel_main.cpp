@@ -75,7 +75,9 @@ int main(int argc, char* argv[]) {
     LinuxBrightnessServiceFactory brightness(systemLog);
     LinuxPowerAssertions powerAssertions;
     NoUpdater updater;
-    spaceMonitor.setFullScreenFoundHandler([&brightness, &powerAssertions] {
+    spaceMonitor.setChangeArrivingHandler(
+        [&workspace](std::uint32_t window) { workspace.readAhead(window); });
+    spaceMonitor.setFullScreenLikelyHandler([&brightness, &powerAssertions] {
         brightness.readAhead();
         powerAssertions.readAhead();
     });

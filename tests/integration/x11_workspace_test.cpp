@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+
 #include <filesystem>
 #include <tuple>
 
@@ -138,6 +140,44 @@ TEST_F(X11WorkspaceTest, ListsOneEntryPerProcessWithItsPolicy) {
     ASSERT_TRUE(front);
     EXPECT_EQ(front->processId, kTrayHelper);
     EXPECT_EQ(front->localizedName, "Helper");
+}
+
+TEST_F(X11WorkspaceTest, AnswerReadAheadServesTheRestOfTheTurn) {
+    entries.add("io.mpv.Mpv", "mpv Media Player", "mpv");
+    // One window: activating several in a row lets openbox hand the focus back and forth.
+    const auto player =
+        client.createWindow({.processId = kSnapMpv, .instance = "mpv", .className = "mpv"});
+    client.activate(player);
+    const auto setProcessId = [&](std::uint32_t processId) {
+        xcb_change_property(client.x().get(), XCB_PROP_MODE_REPLACE, player,
+                            client.x().ewmh()._NET_WM_PID, XCB_ATOM_CARDINAL, 32, 1, &processId);
+        client.x().sync();
+    };
+    const auto frontmostId = [&] {
+        const auto front = workspace.frontmostApplication();
+        return front ? front->processId : 0;
+    };
+    const auto asked = workspace.frontmostApplication();
+    ASSERT_TRUE(asked);
+
+    workspace.readAhead(player);
+    const auto readAhead = workspace.frontmostApplication();
+    ASSERT_TRUE(readAhead);
+    EXPECT_EQ(summary(*readAhead), summary(*asked)) << "read from the guessed window alone";
+    setProcessId(kTrayHelper);
+    EXPECT_EQ(frontmostId(), kSnapMpv) << "later in the same turn";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(frontmostId(), kTrayHelper) << "the turn has ended";
+
+    workspace.readAhead(player);
+    EXPECT_EQ(frontmostId(), kTrayHelper);
+    setProcessId(kSnapMpv);
+    workspace.readAhead(player);
+    EXPECT_EQ(frontmostId(), kSnapMpv) << "a new read-ahead replaces the old";
+
+    QCoreApplication::processEvents();
+    workspace.readAhead(player + 1000);
+    EXPECT_EQ(frontmostId(), kSnapMpv) << "a wrong guess, of a window that does not exist";
 }
 
 }  // namespace

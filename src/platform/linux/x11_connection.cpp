@@ -52,14 +52,32 @@ bool X11Connection::isOpen() const {
 
 std::vector<PropertyReply> X11Connection::properties(
     std::span<const PropertyRequest> requests) const {
-    std::vector<PropertyReply> replies(requests.size());
-    if (!isOpen()) return replies;
-    std::vector<xcb_get_property_cookie_t> cookies;
-    cookies.reserve(requests.size());
-    for (const PropertyRequest& request : requests) cookies.push_back(ask(connection_, request));
-    for (std::size_t i = 0; i < requests.size(); ++i)
-        replies[i] = answer(connection_, cookies[i], requests[i].type);
+    if (!isOpen()) return std::vector<PropertyReply>(requests.size());
+    SentRequests sent{{requests.begin(), requests.end()}, {}};
+    sent.cookies.reserve(requests.size());
+    for (const PropertyRequest& request : requests)
+        sent.cookies.push_back(ask(connection_, request));
+    return answers(sent);
+}
+
+SentRequests X11Connection::send(std::span<const PropertyRequest> requests) const {
+    SentRequests sent{{requests.begin(), requests.end()}, {}};
+    if (!isOpen()) return sent;
+    for (const PropertyRequest& request : requests)
+        sent.cookies.push_back(ask(connection_, request));
+    xcb_flush(connection_);
+    return sent;
+}
+
+std::vector<PropertyReply> X11Connection::answers(const SentRequests& sent) const {
+    std::vector<PropertyReply> replies(sent.requests.size());
+    for (std::size_t i = 0; i < sent.cookies.size(); ++i)
+        replies[i] = answer(connection_, sent.cookies[i], sent.requests[i].type);
     return replies;
+}
+
+void X11Connection::forget(const SentRequests& sent) const {
+    for (const auto cookie : sent.cookies) xcb_discard_reply(connection_, cookie.sequence);
 }
 
 std::vector<std::uint32_t> X11Connection::itemsOf(const PropertyReply& reply) {

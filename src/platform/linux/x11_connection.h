@@ -29,6 +29,12 @@ struct PropertyRequest {
 
 using PropertyReply = XcbPtr<xcb_get_property_reply_t>;
 
+/// Property requests sent and not yet answered.
+struct SentRequests {
+    std::vector<PropertyRequest> requests;
+    std::vector<xcb_get_property_cookie_t> cookies;
+};
+
 /// One connection to an X server, with the EWMH atoms interned. Every query waits for the
 /// server's answer and reads a failure (window gone, property missing or of another type,
 /// connection broken) as nothing. Events stay in the connection for the owner to read. One
@@ -55,6 +61,11 @@ public:
     /// missing or of another type. All are sent before the first answer is awaited: one round trip
     /// however many.
     std::vector<PropertyReply> properties(std::span<const PropertyRequest> requests) const;
+    /// `properties` in two halves: the requests go to the server now, and `answers` waits for
+    /// what it says. Requests sent must be answered or forgotten, or xcb keeps their replies.
+    SentRequests send(std::span<const PropertyRequest> requests) const;
+    std::vector<PropertyReply> answers(const SentRequests& sent) const;
+    void forget(const SentRequests& sent) const;
     /// The 32-bit items of a reply from `properties`.
     static std::vector<std::uint32_t> itemsOf(const PropertyReply& reply);
     /// The bytes of a reply from `properties` to an 8-bit property.

@@ -56,7 +56,7 @@ bool X11SpaceMonitor::isOnActiveSpace() const {
     const bool fullScreen =
         active != XCB_WINDOW_NONE && std::ranges::count(states, atoms._NET_WM_STATE_FULLSCREEN) > 0;
     queries_.dropQueuedEvents();
-    if (fullScreen && fullScreenFound_) fullScreenFound_();
+    if (fullScreen && fullScreenLikely_) fullScreenLikely_();
     return !fullScreen;
 }
 
@@ -75,6 +75,8 @@ void X11SpaceMonitor::readEvents() {
         const bool onActive = change.window == watched_ && change.atom == atoms._NET_WM_STATE;
         if (!onRoot && !onActive) continue;
         if (change.atom == atoms._NET_ACTIVE_WINDOW) watchActiveWindow();
+        if (changeArriving_) changeArriving_(watched_);
+        if (onActive && fullScreenLikely_) fullScreenLikely_();
         if (handler_) {
             // The handler may replace itself.
             const auto handler = handler_;

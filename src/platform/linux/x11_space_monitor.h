@@ -29,10 +29,16 @@ public:
     /// True also when there is no active window or no display.
     bool isOnActiveSpace() const override;
     void setActiveSpaceChangedHandler(std::function<void()> handler) override;
-    /// Calls `handler` whenever `isOnActiveSpace` finds the active window full screen, before it
-    /// answers: what comes next will want the desktop's services, which can be asked meanwhile.
-    void setFullScreenFoundHandler(std::function<void()> handler) {
-        fullScreenFound_ = std::move(handler);
+    /// Calls `handler` with the window most likely active as soon as a change arrives, before
+    /// the change handler: other X clients of the program can put their questions meanwhile.
+    void setChangeArrivingHandler(std::function<void(std::uint32_t likelyActiveWindow)> handler) {
+        changeArriving_ = std::move(handler);
+    }
+    /// Calls `handler` when the active window may have gone full screen: as soon as a change of
+    /// its state arrives, and when `isOnActiveSpace` finds it full screen, before it answers.
+    /// What follows will want the desktop's services, which can be asked meanwhile.
+    void setFullScreenLikelyHandler(std::function<void()> handler) {
+        fullScreenLikely_ = std::move(handler);
     }
     /// A Linux program has no bundle: false.
     bool mainBundleIsAgent() const override { return false; }
@@ -52,7 +58,8 @@ private:
     xcb_window_t watched_ = XCB_WINDOW_NONE;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::function<void()> handler_;
-    std::function<void()> fullScreenFound_;
+    std::function<void()> fullScreenLikely_;
+    std::function<void(std::uint32_t)> changeArriving_;
 };
 
 }  // namespace marzipel

@@ -1,6 +1,7 @@
 #include "platform/linux/x11_workspace.h"
 
 #include <QDesktopServices>
+#include <QObject>
 #include <QString>
 #include <QUrl>
 
@@ -134,36 +135,55 @@ std::optional<std::int32_t> processIdOf(const std::vector<std::uint32_t>& pid) {
     return static_cast<std::int32_t>(pid.front());
 }
 
+constexpr std::size_t kFactsPerWindow = 5;
+
+void addFactRequests(const X11Connection& x, xcb_window_t window,
+                     std::vector<PropertyRequest>& requests) {
+    const auto& atoms = x.ewmh();
+    requests.push_back({window, atoms._NET_WM_PID, XCB_ATOM_CARDINAL});
+    requests.push_back({window, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM});
+    requests.push_back({window, atoms._NET_WM_STATE, XCB_ATOM_ATOM});
+    requests.push_back({window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING});
+    requests.push_back({window, x.gtkApplicationIdAtom(), atoms.UTF8_STRING});
+}
+
+/// `window`'s facts from the replies to its requests, which start at `reply`.
+WindowFacts factsFrom(const X11Connection& x, xcb_window_t window, const PropertyReply* reply) {
+    const auto& atoms = x.ewmh();
+    const auto types = X11Connection::itemsOf(reply[1]);
+    const bool normal =
+        types.empty() || std::ranges::count(types, atoms._NET_WM_WINDOW_TYPE_NORMAL);
+    const bool skipsTaskbar =
+        std::ranges::count(X11Connection::itemsOf(reply[2]), atoms._NET_WM_STATE_SKIP_TASKBAR) > 0;
+    auto gtk = X11Connection::bytesOf(reply[4]);
+    if (gtk && gtk->empty()) gtk.reset();
+    return {window, processIdOf(X11Connection::itemsOf(reply[0])), normal && !skipsTaskbar,
+            classHintOf(X11Connection::bytesOf(reply[3])), std::move(gtk)};
+}
+
 /// The facts of every window in `windows`, read in one round trip to the server.
 std::vector<WindowFacts> factsOf(const X11Connection& x, const std::vector<xcb_window_t>& windows) {
-    const auto& atoms = x.ewmh();
-    constexpr std::size_t kPerWindow = 5;
     std::vector<PropertyRequest> requests;
-    requests.reserve(windows.size() * kPerWindow);
-    for (const xcb_window_t window : windows) {
-        requests.push_back({window, atoms._NET_WM_PID, XCB_ATOM_CARDINAL});
-        requests.push_back({window, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM});
-        requests.push_back({window, atoms._NET_WM_STATE, XCB_ATOM_ATOM});
-        requests.push_back({window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING});
-        requests.push_back({window, x.gtkApplicationIdAtom(), atoms.UTF8_STRING});
-    }
+    requests.reserve(windows.size() * kFactsPerWindow);
+    for (const xcb_window_t window : windows) addFactRequests(x, window, requests);
     const auto replies = x.properties(requests);
     std::vector<WindowFacts> result;
     result.reserve(windows.size());
-    for (std::size_t i = 0; i < windows.size(); ++i) {
-        const auto* reply = &replies[i * kPerWindow];
-        const auto types = X11Connection::itemsOf(reply[1]);
-        const bool normal =
-            types.empty() || std::ranges::count(types, atoms._NET_WM_WINDOW_TYPE_NORMAL);
-        const bool skipsTaskbar = std::ranges::count(X11Connection::itemsOf(reply[2]),
-                                                     atoms._NET_WM_STATE_SKIP_TASKBAR) > 0;
-        auto gtk = X11Connection::bytesOf(reply[4]);
-        if (gtk && gtk->empty()) gtk.reset();
-        result.push_back({windows[i], processIdOf(X11Connection::itemsOf(reply[0])),
-                          normal && !skipsTaskbar, classHintOf(X11Connection::bytesOf(reply[3])),
-                          std::move(gtk)});
-    }
+    for (std::size_t i = 0; i < windows.size(); ++i)
+        result.push_back(factsFrom(x, windows[i], &replies[i * kFactsPerWindow]));
     return result;
+}
+
+/// What the frontmost application is found from: the active window, the client list and the
+/// facts of `likelyActive`. Those spare a second round trip when it is the active window and
+/// shows in the taskbar, as it then makes its process a regular application by itself.
+std::vector<PropertyRequest> frontmostRequests(const X11Connection& x, xcb_window_t likelyActive) {
+    std::vector<PropertyRequest> requests{
+        {x.root(), x.ewmh()._NET_ACTIVE_WINDOW, XCB_ATOM_WINDOW},
+        {x.root(), x.ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW},
+    };
+    if (likelyActive != XCB_WINDOW_NONE) addFactRequests(x, likelyActive, requests);
+    return requests;
 }
 
 /// A process with windows in the client list: the window that names it and its policy.
@@ -263,32 +283,75 @@ private:
 }  // namespace
 
 X11Workspace::X11Workspace(const DesktopEntries& entries, std::string display, std::string procRoot)
-    : entries_(entries), display_(std::move(display)), procRoot_(std::move(procRoot)) {}
+    : entries_(entries),
+      display_(std::move(display)),
+      procRoot_(std::move(procRoot)),
+      turnEnd_(std::make_unique<QObject>()) {}
 
-X11Workspace::~X11Workspace() = default;
+X11Workspace::~X11Workspace() { dropReadAhead(); }
+
+/// Requests sent ahead for `frontmostApplication`, and its answer once found.
+struct X11Workspace::ReadAhead {
+    SentRequests sent;
+    xcb_window_t likelyActive = XCB_WINDOW_NONE;
+    std::optional<std::optional<RunningApplication>> answer;
+};
 
 const X11Connection* X11Workspace::connection() const {
-    if (!connection_ || !connection_->isOpen())
+    if (!connection_ || !connection_->isOpen()) {
+        // What was sent ahead went with the old connection.
+        readAhead_.reset();
         connection_ = std::make_unique<X11Connection>(display_);
+    }
     if (!connection_->isOpen()) return nullptr;
     connection_->dropQueuedEvents();
     return connection_.get();
 }
 
+void X11Workspace::readAhead(std::uint32_t likelyActiveWindow) {
+    dropReadAhead();
+    const auto* x = connection();
+    if (!x) return;
+    readAhead_ = std::make_unique<ReadAhead>(
+        ReadAhead{x->send(frontmostRequests(*x, likelyActiveWindow)), likelyActiveWindow, {}});
+    // Posted events run once this turn of the event loop is over.
+    QMetaObject::invokeMethod(
+        turnEnd_.get(), [this] { dropReadAhead(); }, Qt::QueuedConnection);
+}
+
+void X11Workspace::dropReadAhead() const {
+    if (readAhead_ && connection_) connection_->forget(readAhead_->sent);
+    readAhead_.reset();
+}
+
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
+    if (readAhead_ && readAhead_->answer) return *readAhead_->answer;
     const auto* x = connection();
     if (!x) return std::nullopt;
-    const std::array<PropertyRequest, 2> requests{{
-        {x->root(), x->ewmh()._NET_ACTIVE_WINDOW, XCB_ATOM_WINDOW},
-        {x->root(), x->ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW},
-    }};
-    const auto replies = x->properties(requests);
+    if (!readAhead_)
+        return frontmostFrom(*x, x->properties(frontmostRequests(*x, XCB_WINDOW_NONE)));
+    auto answer = frontmostFrom(*x, x->answers(readAhead_->sent), readAhead_->likelyActive);
+    readAhead_->sent = {};
+    readAhead_->answer = answer;
+    return answer;
+}
+
+std::optional<RunningApplication> X11Workspace::frontmostFrom(
+    const X11Connection& x, const std::vector<PropertyReply>& replies,
+    xcb_window_t likelyActive) const {
     const auto activeItems = X11Connection::itemsOf(replies[0]);
     if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
     const xcb_window_t active = activeItems.front();
+    if (active == likelyActive) {
+        const WindowFacts facts = factsFrom(x, active, &replies[2]);
+        if (!facts.processId) return std::nullopt;
+        if (facts.taskbar)
+            return Identifier(entries_, procRoot_)
+                .describe({*facts.processId, &facts, true}, facts);
+    }
     auto clients = X11Connection::itemsOf(replies[1]);
     if (std::ranges::count(clients, active) == 0) clients.push_back(active);
-    const auto windows = factsOf(*x, clients);
+    const auto windows = factsOf(x, clients);
     const auto& facts = *std::ranges::find(windows, active, &WindowFacts::window);
     if (!facts.processId) return std::nullopt;
     const auto all = owners(windows);

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/desktop_entries.h"
+#include "platform/linux/x11_connection.h"
 #include "platform/workspace.h"
 
-namespace marzipel {
+class QObject;
 
-class X11Connection;
+namespace marzipel {
 
 /// Running applications as the X11 window manager lists them. An application is a process
 /// (_NET_WM_PID) owning windows of _NET_CLIENT_LIST; it is regular when one of them is a normal
@@ -27,6 +30,10 @@ public:
 
     /// The process of the window in _NET_ACTIVE_WINDOW, named after that window.
     std::optional<RunningApplication> frontmostApplication() const override;
+    /// Asks the server now for what `frontmostApplication` needs, for a call later in this
+    /// event-loop turn; that answer then serves every call until the turn ends or the next
+    /// read-ahead. `likelyActiveWindow` is the window thought to be active, asked about too.
+    void readAhead(std::uint32_t likelyActiveWindow);
     /// In the order of each process's first window in _NET_CLIENT_LIST.
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(std::int32_t processId) const override;
@@ -34,12 +41,20 @@ public:
     bool openFolder(const std::string& folder) override;
 
 private:
+    struct ReadAhead;
+
     const X11Connection* connection() const;
+    void dropReadAhead() const;
+    std::optional<RunningApplication> frontmostFrom(
+        const X11Connection& x, const std::vector<PropertyReply>& replies,
+        xcb_window_t likelyActive = XCB_WINDOW_NONE) const;
 
     const DesktopEntries& entries_;
     std::string display_;
     std::string procRoot_;
     mutable std::unique_ptr<X11Connection> connection_;
+    mutable std::unique_ptr<ReadAhead> readAhead_;
+    std::unique_ptr<QObject> turnEnd_;
 };
 
 }  // namespace marzipel
