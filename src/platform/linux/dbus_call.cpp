@@ -41,14 +41,19 @@ bool sameCall(const QDBusMessage& a, const QDBusMessage& b) {
            a.member() == b.member() && a.arguments() == b.arguments();
 }
 
+std::vector<ReadAhead>::iterator findReadAhead(const QDBusConnection& bus,
+                                               const QDBusMessage& message) {
+    return std::ranges::find_if(readAheads(), [&](const ReadAhead& read) {
+        return read.bus == bus.name() && sameCall(read.message, message);
+    });
+}
+
 /// The answer read ahead for `message`, if there is one; any other read ahead from the same
 /// service is dropped, as `message` may change what it would say.
 std::optional<QDBusPendingCall> takeReadAhead(const QDBusConnection& bus,
                                               const QDBusMessage& message) {
     std::vector<ReadAhead>& list = readAheads();
-    const auto found = std::ranges::find_if(list, [&](const ReadAhead& read) {
-        return read.bus == bus.name() && sameCall(read.message, message);
-    });
+    const auto found = findReadAhead(bus, message);
     if (found != list.end()) {
         QDBusPendingCall pending = found->pending;
         list.erase(found);
@@ -64,13 +69,10 @@ void sendAhead(const QDBusConnection& bus, const QDBusMessage& message) {
     QCoreApplication* application = QCoreApplication::instance();
     if (!application) return;
     std::vector<ReadAhead>& list = readAheads();
-    if (std::ranges::any_of(list, [&](const ReadAhead& read) {
-            return read.bus == bus.name() && sameCall(read.message, message);
-        })) {
-        return;
-    }
+    if (findReadAhead(bus, message) != list.end()) return;
     if (list.empty()) {
-        // Posted events run only after the current turn: an answer older than that is stale.
+        // Qt sends posted events once the current turn is over, before it next reads a socket:
+        // an answer older than that is stale.
         QMetaObject::invokeMethod(
             application, [] { readAheads().clear(); }, Qt::QueuedConnection);
     }
