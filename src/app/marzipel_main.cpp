@@ -70,10 +70,11 @@ int main(int argc, char* argv[]) {
     XdgAutostartLoginItemService loginItems(QCoreApplication::applicationFilePath().toStdString(),
                                             configHomeDirectory(home));
     LinuxApplication application(center, systemLog);
-    X11SpaceMonitor spaceMonitor(systemLog);
     X11Workspace workspace(desktopEntries);
     LinuxBrightnessServiceFactory brightness(systemLog);
     LinuxPowerAssertions powerAssertions;
+    // After what its read-ahead handlers reach, so that it goes first.
+    X11SpaceMonitor spaceMonitor(systemLog);
     NoUpdater updater;
     spaceMonitor.setChangeArrivingHandler(
         [&workspace](std::uint32_t window) { workspace.readAhead(window); });

@@ -32,16 +32,21 @@ struct Post {
     xcb_window_t activeWindow;
     bool onActiveSpace;
     bool toldFullScreenLikely;
+    bool toldOnArrival;
+    std::uint32_t likelyActive;
 };
 
 class X11SpaceMonitorTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        monitor.setChangeArrivingHandler([this](std::uint32_t window) { likelyActive = window; });
         monitor.setFullScreenLikelyHandler([this] { fullScreenLikely = true; });
         monitor.setActiveSpaceChangedHandler([this] {
+            const bool toldOnArrival = std::exchange(fullScreenLikely, false);
             const bool onActiveSpace = monitor.isOnActiveSpace();
+            const bool told = std::exchange(fullScreenLikely, false) || toldOnArrival;
             posts.push_back(
-                {client.x().activeWindow(), onActiveSpace, std::exchange(fullScreenLikely, false)});
+                {client.x().activeWindow(), onActiveSpace, told, toldOnArrival, likelyActive});
         });
     }
 
@@ -79,6 +84,7 @@ protected:
     std::vector<Post> posts;
     std::size_t settled = 0;
     bool fullScreenLikely = false;
+    std::uint32_t likelyActive = XCB_WINDOW_NONE;
 };
 
 TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
@@ -109,6 +115,12 @@ TEST_F(X11SpaceMonitorTest, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
     EXPECT_TRUE(std::ranges::all_of(posts, [](const Post& post) {
         return post.onActiveSpace || post.toldFullScreenLikely;
     })) << "told before each answer of false";
+    EXPECT_TRUE(std::ranges::any_of(posts, [](const Post& post) {
+        return !post.onActiveSpace && post.toldOnArrival;
+    })) << "told as the state change arrived";
+    EXPECT_TRUE(std::ranges::any_of(posts, [&](const Post& post) {
+        return post.activeWindow == player && post.likelyActive == player;
+    })) << "handed the window that had become active";
     EXPECT_TRUE(log.entries.empty());
 }
 

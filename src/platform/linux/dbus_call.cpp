@@ -76,6 +76,14 @@ void sendAhead(const QDBusConnection& bus, const QDBusMessage& message) {
         QMetaObject::invokeMethod(
             application, [] { readAheads().clear(); }, Qt::QueuedConnection);
     }
+    static QCoreApplication* clearsOnQuit = nullptr;
+    if (clearsOnQuit != application) {
+        // Posted events may not run once the loop has ended, and pending calls must not
+        // outlive the application's bus connections.
+        QObject::connect(application, &QCoreApplication::aboutToQuit, application,
+                         [] { readAheads().clear(); });
+        clearsOnQuit = application;
+    }
     list.push_back({bus.name(), message, bus.asyncCall(message, kCallTimeoutMs)});
 }
 

@@ -36,7 +36,8 @@ QDBusMessage waitFor(QDBusPendingCall& pending);
 /// Sends a read whose answer the program expects to need in a moment: a blocking `call` or a
 /// `send` of the same message takes that answer instead of asking again. An answer is taken once,
 /// and only in the event loop's current turn, before any other call to that service (which
-/// might change it). Needs a Qt application object; without one it does nothing.
+/// might change it). Main thread only, as are the calls that take the answer. Needs a Qt
+/// application object; without one it does nothing.
 void readAhead(const QDBusConnection& bus, const Address& at, const QString& method,
                const QVariantList& arguments = {});
 /// `readAhead` of what `allProperties` asks.

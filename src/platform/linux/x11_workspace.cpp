@@ -215,7 +215,7 @@ public:
     Identifier(const DesktopEntries& entries, const std::string& procRoot)
         : entries_(entries), procRoot_(procRoot) {}
 
-    RunningApplication describe(const Owner& owner, const WindowFacts& window) {
+    RunningApplication describe(const Owner& owner, const WindowFacts& window) const {
         RunningApplication app;
         app.processId = owner.processId;
         app.activationPolicy =
@@ -280,6 +280,29 @@ private:
     const std::string& procRoot_;
 };
 
+/// The frontmost application from the replies to `frontmostRequests`.
+std::optional<RunningApplication> frontmostFrom(const X11Connection& x,
+                                                const std::vector<PropertyReply>& replies,
+                                                xcb_window_t likelyActive,
+                                                const Identifier& identifier) {
+    const auto activeItems = X11Connection::itemsOf(replies[0]);
+    if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
+    const xcb_window_t active = activeItems.front();
+    if (active == likelyActive) {
+        const WindowFacts facts = factsFrom(x, active, &replies[2]);
+        if (!facts.processId) return std::nullopt;
+        if (facts.taskbar) return identifier.describe({*facts.processId, &facts, true}, facts);
+    }
+    auto clients = X11Connection::itemsOf(replies[1]);
+    if (std::ranges::count(clients, active) == 0) clients.push_back(active);
+    const auto windows = factsOf(x, clients);
+    const auto& facts = *std::ranges::find(windows, active, &WindowFacts::window);
+    if (!facts.processId) return std::nullopt;
+    const auto all = owners(windows);
+    const auto owner = std::ranges::find(all, *facts.processId, &Owner::processId);
+    return identifier.describe(*owner, facts);
+}
+
 }  // namespace
 
 X11Workspace::X11Workspace(const DesktopEntries& entries, std::string display, std::string procRoot)
@@ -294,7 +317,8 @@ X11Workspace::~X11Workspace() { dropReadAhead(); }
 struct X11Workspace::ReadAhead {
     SentRequests sent;
     xcb_window_t likelyActive = XCB_WINDOW_NONE;
-    std::optional<std::optional<RunningApplication>> answer;
+    bool answered = false;
+    std::optional<RunningApplication> answer;
 };
 
 const X11Connection* X11Workspace::connection() const {
@@ -312,8 +336,8 @@ void X11Workspace::readAhead(std::uint32_t likelyActiveWindow) {
     dropReadAhead();
     const auto* x = connection();
     if (!x) return;
-    readAhead_ = std::make_unique<ReadAhead>(
-        ReadAhead{x->send(frontmostRequests(*x, likelyActiveWindow)), likelyActiveWindow, {}});
+    readAhead_ = std::make_unique<ReadAhead>(ReadAhead{
+        x->send(frontmostRequests(*x, likelyActiveWindow)), likelyActiveWindow, false, {}});
     // Posted events run once this turn of the event loop is over.
     QMetaObject::invokeMethod(
         turnEnd_.get(), [this] { dropReadAhead(); }, Qt::QueuedConnection);
@@ -325,38 +349,19 @@ void X11Workspace::dropReadAhead() const {
 }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
-    if (readAhead_ && readAhead_->answer) return *readAhead_->answer;
+    if (readAhead_ && readAhead_->answered) return readAhead_->answer;
     const auto* x = connection();
     if (!x) return std::nullopt;
-    if (!readAhead_)
-        return frontmostFrom(*x, x->properties(frontmostRequests(*x, XCB_WINDOW_NONE)));
-    auto answer = frontmostFrom(*x, x->answers(readAhead_->sent), readAhead_->likelyActive);
-    readAhead_->sent = {};
-    readAhead_->answer = answer;
-    return answer;
-}
-
-std::optional<RunningApplication> X11Workspace::frontmostFrom(
-    const X11Connection& x, const std::vector<PropertyReply>& replies,
-    xcb_window_t likelyActive) const {
-    const auto activeItems = X11Connection::itemsOf(replies[0]);
-    if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
-    const xcb_window_t active = activeItems.front();
-    if (active == likelyActive) {
-        const WindowFacts facts = factsFrom(x, active, &replies[2]);
-        if (!facts.processId) return std::nullopt;
-        if (facts.taskbar)
-            return Identifier(entries_, procRoot_)
-                .describe({*facts.processId, &facts, true}, facts);
+    const Identifier identifier(entries_, procRoot_);
+    if (!readAhead_) {
+        return frontmostFrom(*x, x->properties(frontmostRequests(*x, XCB_WINDOW_NONE)),
+                             XCB_WINDOW_NONE, identifier);
     }
-    auto clients = X11Connection::itemsOf(replies[1]);
-    if (std::ranges::count(clients, active) == 0) clients.push_back(active);
-    const auto windows = factsOf(x, clients);
-    const auto& facts = *std::ranges::find(windows, active, &WindowFacts::window);
-    if (!facts.processId) return std::nullopt;
-    const auto all = owners(windows);
-    const auto owner = std::ranges::find(all, *facts.processId, &Owner::processId);
-    return Identifier(entries_, procRoot_).describe(*owner, facts);
+    readAhead_->answer =
+        frontmostFrom(*x, x->answers(readAhead_->sent), readAhead_->likelyActive, identifier);
+    readAhead_->sent = {};
+    readAhead_->answered = true;
+    return readAhead_->answer;
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplications() const {

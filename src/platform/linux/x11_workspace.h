@@ -3,15 +3,15 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/desktop_entries.h"
-#include "platform/linux/x11_connection.h"
 #include "platform/workspace.h"
 
 class QObject;
 
 namespace marzipel {
+
+class X11Connection;
 
 /// Running applications as the X11 window manager lists them. An application is a process
 /// (_NET_WM_PID) owning windows of _NET_CLIENT_LIST; it is regular when one of them is a normal
@@ -45,9 +45,6 @@ private:
 
     const X11Connection* connection() const;
     void dropReadAhead() const;
-    std::optional<RunningApplication> frontmostFrom(
-        const X11Connection& x, const std::vector<PropertyReply>& replies,
-        xcb_window_t likelyActive = XCB_WINDOW_NONE) const;
 
     const DesktopEntries& entries_;
     std::string display_;

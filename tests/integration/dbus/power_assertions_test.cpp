@@ -81,6 +81,8 @@ TEST(LinuxPowerAssertions, GnomeIdleInhibitorIsFoundThroughItsAppId) {
     LinuxPowerAssertions assertions;
     assertions.readAhead();
     const PowerAssertionsReply reply = assertions.assertionsByProcess();
+    EXPECT_EQ(session.calls("/org/gnome/SessionManager", "GetInhibitors").size(), 1u)
+        << "the answer read ahead was used";
     ASSERT_EQ(reply.result, 0);
     EXPECT_EQ(holders(reply), (std::multiset<std::int32_t>{player.pid()}));
 }
