@@ -87,10 +87,6 @@ void sendAhead(const QDBusConnection& bus, const QDBusMessage& message) {
     list.push_back({bus.name(), message, bus.asyncCall(message, kCallTimeoutMs)});
 }
 
-}  // namespace
-
-namespace {
-
 QDBusMessage call(const QDBusConnection& bus, const QDBusMessage& message) {
     if (std::optional<QDBusPendingCall> pending = takeReadAhead(bus, message)) {
         return waitFor(*pending);

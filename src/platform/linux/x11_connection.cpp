@@ -52,17 +52,13 @@ bool X11Connection::isOpen() const {
 
 std::vector<PropertyReply> X11Connection::properties(
     std::span<const PropertyRequest> requests) const {
-    if (!isOpen()) return std::vector<PropertyReply>(requests.size());
-    SentRequests sent{{requests.begin(), requests.end()}, {}};
-    sent.cookies.reserve(requests.size());
-    for (const PropertyRequest& request : requests)
-        sent.cookies.push_back(ask(connection_, request));
-    return answers(sent);
+    return answers(send(requests));
 }
 
 SentRequests X11Connection::send(std::span<const PropertyRequest> requests) const {
     SentRequests sent{{requests.begin(), requests.end()}, {}};
     if (!isOpen()) return sent;
+    sent.cookies.reserve(requests.size());
     for (const PropertyRequest& request : requests)
         sent.cookies.push_back(ask(connection_, request));
     xcb_flush(connection_);
