@@ -5,6 +5,7 @@
 #include <clocale>
 #include <memory>
 
+#include "app/linux_window_source.h"
 #include "core/marzipel_app.h"
 #include "detection/desktop_entry_catalog.h"
 #include "platform/common/stdout_console.h"
@@ -16,8 +17,6 @@
 #include "platform/linux/no_updater.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/linux/syslog_system_log.h"
-#include "platform/linux/x11_space_monitor.h"
-#include "platform/linux/x11_workspace.h"
 #include "platform/linux/xdg_autostart_login_item_service.h"
 #include "platform/linux/xdg_base_directories.h"
 #include "platform/linux/xdg_user_directories.h"
@@ -70,18 +69,12 @@ int main(int argc, char* argv[]) {
     XdgAutostartLoginItemService loginItems(QCoreApplication::applicationFilePath().toStdString(),
                                             configHomeDirectory(home));
     LinuxApplication application(center, systemLog);
-    X11Workspace workspace(desktopEntries);
     LinuxBrightnessServiceFactory brightness(systemLog);
     LinuxPowerAssertions powerAssertions;
-    // After what its read-ahead handlers reach, so that it goes first.
-    X11SpaceMonitor spaceMonitor(systemLog);
+    LinuxWindowSource windows(chooseWindowSource(currentSessionFacts()), desktopEntries, systemLog,
+                              brightness, powerAssertions);
+    Workspace& workspace = windows.workspace();
     NoUpdater updater;
-    spaceMonitor.setChangeArrivingHandler(
-        [&workspace](std::uint32_t window) { workspace.readAhead(window); });
-    spaceMonitor.setFullScreenLikelyHandler([&brightness, &powerAssertions] {
-        brightness.readAhead();
-        powerAssertions.readAhead();
-    });
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
 
@@ -94,7 +87,7 @@ int main(int argc, char* argv[]) {
                               systemLog, userDirectories, clock,       console};
     WelcomeWindowManager welcomeWindow(services);
 
-    MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
+    MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, windows.spaceMonitor(),
                                      application, updater, systemLog, clock, console,
                                      userDirectories, settings, center, welcomeWindow});
     application.setTerminationDecision(

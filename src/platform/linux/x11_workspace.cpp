@@ -6,101 +6,14 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
+#include "platform/linux/app_identifier.h"
 #include "platform/linux/x11_connection.h"
 
 namespace marzipel {
 
 namespace {
-
-constexpr std::size_t kMaxProcFileBytes = 64 * 1024;
-
-std::optional<std::string> readSmallFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    std::string text(kMaxProcFileBytes, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    return text;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto space = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    while (!text.empty() && space(text.front())) text.remove_prefix(1);
-    while (!text.empty() && space(text.back())) text.remove_suffix(1);
-    return text;
-}
-
-/// "name" in the [Application] group of a sandbox's .flatpak-info.
-std::optional<std::string> flatpakInfoName(const std::string& text) {
-    std::istringstream lines(text);
-    std::string line;
-    bool inApplication = false;
-    while (std::getline(lines, line)) {
-        const auto content = trimmed(line);
-        if (content.starts_with('[')) {
-            inApplication = content == "[Application]";
-        } else if (inApplication && content.starts_with("name=")) {
-            const auto name = trimmed(content.substr(5));
-            if (!name.empty()) return std::string(name);
-        }
-    }
-    return std::nullopt;
-}
-
-bool isUuid(std::string_view text) {
-    if (text.size() != 36) return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
-        if (dash ? text[i] != '-' : !std::isxdigit(static_cast<unsigned char>(text[i])))
-            return false;
-    }
-    return true;
-}
-
-/// The flatpak id, or the snap's name and app, in a systemd unit name such as
-/// "app-flatpak-org.videolan.VLC-1234.scope" or "snap.vlc.vlc-<uuid>.scope".
-struct SandboxUnit {
-    std::optional<std::string> flatpakId;
-    std::optional<std::pair<std::string, std::string>> snapApp;
-};
-
-SandboxUnit parseUnit(std::string_view unit) {
-    if (unit.ends_with(".scope"))
-        unit.remove_suffix(6);
-    else if (unit.ends_with(".service"))
-        unit.remove_suffix(8);
-    else
-        return {};
-    if (unit.starts_with("app-flatpak-")) {
-        unit.remove_prefix(12);
-        const auto dash = unit.rfind('-');
-        if (dash != std::string_view::npos && dash + 1 < unit.size() &&
-            std::ranges::all_of(unit.substr(dash + 1),
-                                [](char c) { return std::isdigit(static_cast<unsigned char>(c)); }))
-            unit = unit.substr(0, dash);
-        if (unit.empty()) return {};
-        return {std::string(unit), std::nullopt};
-    }
-    if (unit.starts_with("snap.")) {
-        unit.remove_prefix(5);
-        const auto dot = unit.find('.');
-        if (dot == std::string_view::npos || dot == 0) return {};
-        const auto snap = unit.substr(0, dot);
-        auto app = unit.substr(dot + 1);
-        app = app.substr(0, app.find('.'));
-        if (app.size() > 37 && app[app.size() - 37] == '-' && isUuid(app.substr(app.size() - 36)))
-            app.remove_suffix(37);
-        if (app.empty()) return {};
-        return {std::nullopt, std::pair{std::string(snap), std::string(app)}};
-    }
-    return {};
-}
 
 struct ClassHint {
     std::string instance;
@@ -205,93 +118,32 @@ std::vector<Owner> owners(const std::vector<WindowFacts>& windows) {
     return result;
 }
 
+RunningApplication describe(const AppIdentifier& identifier, const Owner& owner,
+                            const WindowFacts& window) {
+    WindowIdentity identity{owner.processId, window.gtkApplicationId, {}, {}};
+    if (window.hint) {
+        identity.instance = window.hint->instance;
+        identity.className = window.hint->className;
+    }
+    return identifier.describe(identity, owner.regular);
+}
+
 std::vector<WindowFacts> clientFacts(const X11Connection& x) {
     return factsOf(x, x.items(x.root(), x.ewmh()._NET_CLIENT_LIST, XCB_ATOM_WINDOW));
 }
-
-/// Finds applications' desktop entries.
-class Identifier {
-public:
-    Identifier(const DesktopEntries& entries, const std::string& procRoot)
-        : entries_(entries), procRoot_(procRoot) {}
-
-    RunningApplication describe(const Owner& owner, const WindowFacts& window) const {
-        RunningApplication app;
-        app.processId = owner.processId;
-        app.activationPolicy =
-            owner.regular ? ActivationPolicy::regular : ActivationPolicy::accessory;
-        const auto& hint = window.hint;
-        std::optional<std::string> id = window.gtkApplicationId;
-        if (!id) id = sandboxId(owner.processId);
-        std::optional<DesktopEntry> entry;
-        if (id) {
-            entry = application(*id);
-        } else if (hint) {
-            entry = byStartupWmClass(*hint);
-            if (!entry) entry = application(hint->instance);
-            if (!entry) entry = application(hint->className);
-            if (entry) id = entry->id;
-        }
-        app.bundleIdentifier = std::move(id);
-        if (entry) app.bundlePath = entry->path;
-        if (entry && !entry->name.empty())
-            app.localizedName = entry->name;
-        else if (hint && !hint->className.empty())
-            app.localizedName = hint->className;
-        return app;
-    }
-
-private:
-    std::optional<DesktopEntry> application(std::string_view id) const {
-        if (id.empty()) return std::nullopt;
-        auto entry = entries_.findById(id);
-        if (!entry || !entry->isApplication || entry->hidden) return std::nullopt;
-        return entry;
-    }
-
-    std::optional<DesktopEntry> byStartupWmClass(const ClassHint& hint) const {
-        for (const std::string* name : {&hint.className, &hint.instance}) {
-            if (name->empty()) continue;
-            if (auto entry = entries_.findByStartupWmClass(*name)) return entry;
-        }
-        return std::nullopt;
-    }
-
-    std::optional<std::string> sandboxId(std::int32_t processId) const {
-        const std::string folder = procRoot_ + "/" + std::to_string(processId);
-        if (const auto info = readSmallFile(folder + "/root/.flatpak-info"))
-            if (auto name = flatpakInfoName(*info)) return name;
-        const auto cgroup = readSmallFile(folder + "/cgroup");
-        if (!cgroup) return std::nullopt;
-        std::istringstream lines(*cgroup);
-        std::string line;
-        while (std::getline(lines, line)) {
-            const auto unit = parseUnit(std::string_view(line).substr(line.rfind('/') + 1));
-            if (unit.flatpakId) return unit.flatpakId;
-            if (!unit.snapApp) continue;
-            const auto& [snap, app] = *unit.snapApp;
-            for (const auto& candidate : {snap + "_" + app, snap + "_" + snap})
-                if (application(candidate)) return candidate;
-        }
-        return std::nullopt;
-    }
-
-    const DesktopEntries& entries_;
-    const std::string& procRoot_;
-};
 
 /// The frontmost application from the replies to `frontmostRequests`.
 std::optional<RunningApplication> frontmostFrom(const X11Connection& x,
                                                 const std::vector<PropertyReply>& replies,
                                                 xcb_window_t likelyActive,
-                                                const Identifier& identifier) {
+                                                const AppIdentifier& identifier) {
     const auto activeItems = X11Connection::itemsOf(replies[0]);
     if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
     const xcb_window_t active = activeItems.front();
     if (active == likelyActive) {
         const WindowFacts facts = factsFrom(x, active, &replies[2]);
         if (!facts.processId) return std::nullopt;
-        if (facts.taskbar) return identifier.describe({*facts.processId, &facts, true}, facts);
+        if (facts.taskbar) return describe(identifier, {*facts.processId, &facts, true}, facts);
     }
     auto clients = X11Connection::itemsOf(replies[1]);
     if (std::ranges::count(clients, active) == 0) clients.push_back(active);
@@ -300,7 +152,7 @@ std::optional<RunningApplication> frontmostFrom(const X11Connection& x,
     if (!facts.processId) return std::nullopt;
     const auto all = owners(windows);
     const auto owner = std::ranges::find(all, *facts.processId, &Owner::processId);
-    return identifier.describe(*owner, facts);
+    return describe(identifier, *owner, facts);
 }
 
 }  // namespace
@@ -352,7 +204,7 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
     if (readAhead_ && readAhead_->answered) return readAhead_->answer;
     const auto* x = connection();
     if (!x) return std::nullopt;
-    const Identifier identifier(entries_, procRoot_);
+    const AppIdentifier identifier(entries_, procRoot_);
     if (!readAhead_) {
         return frontmostFrom(*x, x->properties(frontmostRequests(*x, XCB_WINDOW_NONE)),
                              XCB_WINDOW_NONE, identifier);
@@ -368,10 +220,10 @@ std::vector<RunningApplication> X11Workspace::runningApplications() const {
     const auto* x = connection();
     if (!x) return {};
     const auto windows = clientFacts(*x);
-    Identifier identifier(entries_, procRoot_);
+    const AppIdentifier identifier(entries_, procRoot_);
     std::vector<RunningApplication> result;
     for (const auto& owner : owners(windows))
-        result.push_back(identifier.describe(owner, *owner.window));
+        result.push_back(describe(identifier, owner, *owner.window));
     return result;
 }
 
@@ -382,7 +234,7 @@ std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t 
     const auto all = owners(windows);
     const auto owner = std::ranges::find(all, processId, &Owner::processId);
     if (owner == all.end()) return std::nullopt;
-    return Identifier(entries_, procRoot_).describe(*owner, *owner->window);
+    return describe(AppIdentifier(entries_, procRoot_), *owner, *owner->window);
 }
 
 bool X11Workspace::openFolder(const std::string& folder) {

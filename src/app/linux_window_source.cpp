@@ -1,0 +1,85 @@
+#include "app/linux_window_source.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
+#include <cstdlib>
+
+#include "platform/linux/desktop_notification.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "platform/linux/linux_power_assertions.h"
+#include "platform/linux/reported_windows.h"
+#include "platform/linux/x11_space_monitor.h"
+#include "platform/linux/x11_workspace.h"
+
+namespace marzipel {
+
+namespace {
+
+constexpr char kWorkingSessions[] =
+    "Full screen is seen in X11 sessions, KDE Plasma and Sway; choose one of them at the login "
+    "screen, or open the settings by starting Marzipel again.";
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+}  // namespace
+
+SessionFacts currentSessionFacts() {
+    SessionFacts facts{environment("XDG_SESSION_TYPE"), environment("XDG_CURRENT_DESKTOP"),
+                       !environment("WAYLAND_DISPLAY").empty(), !environment("SWAYSOCK").empty(),
+                       false};
+    if (const auto* bus = QDBusConnection::sessionBus().interface())
+        facts.kwinOnBus = bus->isServiceRegistered(QStringLiteral("org.kde.KWin"));
+    return facts;
+}
+
+LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
+                                     const DesktopEntries& entries, SystemLog& log,
+                                     LinuxBrightnessServiceFactory& brightness,
+                                     LinuxPowerAssertions& powerAssertions)
+    : entries_(entries) {
+    switch (choice.kind) {
+        case WindowSourceKind::x11:
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Watching windows through X11: " + choice.reason);
+            startX11(log, brightness, powerAssertions);
+            return;
+        case WindowSourceKind::kwin:
+        case WindowSourceKind::sway:
+        case WindowSourceKind::gnomeShell:
+        case WindowSourceKind::none:
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Full screen cannot be seen in this session: " + choice.reason);
+            startUnsupported();
+            return;
+    }
+}
+
+LinuxWindowSource::~LinuxWindowSource() = default;
+
+void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
+                                 LinuxPowerAssertions& powerAssertions) {
+    x11Workspace_ = std::make_unique<X11Workspace>(entries_);
+    // After what its read-ahead handlers reach, so that it goes first.
+    x11SpaceMonitor_ = std::make_unique<X11SpaceMonitor>(log);
+    x11SpaceMonitor_->setChangeArrivingHandler(
+        [workspace = x11Workspace_.get()](std::uint32_t window) { workspace->readAhead(window); });
+    x11SpaceMonitor_->setFullScreenLikelyHandler([&brightness, &powerAssertions] {
+        brightness.readAhead();
+        powerAssertions.readAhead();
+    });
+    spaceMonitor_ = x11SpaceMonitor_.get();
+    workspace_ = x11Workspace_.get();
+}
+
+void LinuxWindowSource::startUnsupported() {
+    showDesktopNotification("Marzipel cannot see full screen in this session", kWorkingSessions);
+    reported_ = std::make_unique<ReportedWindows>(entries_);
+    spaceMonitor_ = reported_.get();
+    workspace_ = reported_.get();
+}
+
+}  // namespace marzipel

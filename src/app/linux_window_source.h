@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+
+#include "app/window_source_choice.h"
+#include "platform/desktop_entries.h"
+#include "platform/space_monitor.h"
+#include "platform/system_log.h"
+#include "platform/workspace.h"
+
+namespace marzipel {
+
+class LinuxBrightnessServiceFactory;
+class LinuxPowerAssertions;
+class ReportedWindows;
+class X11SpaceMonitor;
+class X11Workspace;
+
+/// The space monitor and workspace of the session's window source, chosen once at start; the
+/// choice and its reason go to the system log. A Wayland session without a source of its own
+/// also gets a desktop notification that Marzipel cannot see full screen there.
+class LinuxWindowSource {
+public:
+    /// `brightness` and `powerAssertions` are asked to read ahead when a window may have gone
+    /// full screen; they must outlive this object.
+    LinuxWindowSource(const WindowSourceChoice& choice, const DesktopEntries& entries,
+                      SystemLog& log, LinuxBrightnessServiceFactory& brightness,
+                      LinuxPowerAssertions& powerAssertions);
+    ~LinuxWindowSource();
+    LinuxWindowSource(const LinuxWindowSource&) = delete;
+    LinuxWindowSource& operator=(const LinuxWindowSource&) = delete;
+
+    SpaceMonitor& spaceMonitor() { return *spaceMonitor_; }
+    Workspace& workspace() { return *workspace_; }
+
+private:
+    void startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
+                  LinuxPowerAssertions& powerAssertions);
+    void startUnsupported();
+
+    const DesktopEntries& entries_;
+    std::unique_ptr<X11Workspace> x11Workspace_;
+    std::unique_ptr<X11SpaceMonitor> x11SpaceMonitor_;
+    std::unique_ptr<ReportedWindows> reported_;
+    SpaceMonitor* spaceMonitor_ = nullptr;
+    Workspace* workspace_ = nullptr;
+};
+
+/// The session's facts from the environment and the session bus.
+SessionFacts currentSessionFacts();
+
+}  // namespace marzipel
