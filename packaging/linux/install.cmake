@@ -25,10 +25,10 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 Marzipel sits in the system tray. When a chosen video player goes full screen it\n\
 turns the keyboard backlight off and suspends GNOME Night Light or KDE Night Color,\n\
 and puts both back when full screen ends. X11 sessions only.")
-# dpkg-shlibdeps finds the libraries the program links; Qt's X11 platform plugin is loaded at
-# run time and is named here.
+# dpkg-shlibdeps finds the libraries the program links; Qt's X11 and Wayland platform plugins
+# are loaded at run time and are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, qt6-wayland")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "upower")
 include(CPack)
