@@ -92,7 +92,9 @@ GnomeShellWindows::GnomeShellWindows(ReportedWindows& sink, SystemLog& log, QDBu
     bus_.connect(kShell, kExtensions.path, kExtensions.interface,
                  QStringLiteral("ExtensionStateChanged"), this,
                  SLOT(onExtensionStateChanged(QString, QVariantMap)));
-    if (const auto owner = bus_.interface()->serviceOwner(kShell); owner.isValid()) {
+    const QDBusConnectionInterface* names = bus_.interface();
+    if (const auto owner = names ? names->serviceOwner(kShell) : QDBusReply<QString>();
+        owner.isValid()) {
         shellOwner_ = owner.value();
         start();
     } else {
