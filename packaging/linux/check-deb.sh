@@ -16,7 +16,10 @@ status=0
 for file in ./usr/bin/marzipel \
   ./usr/share/applications/com.orsavelt.Marzipel.desktop \
   ./usr/share/icons/hicolor/scalable/apps/com.orsavelt.Marzipel.svg \
-  ./usr/share/metainfo/com.orsavelt.Marzipel.metainfo.xml; do
+  ./usr/share/metainfo/com.orsavelt.Marzipel.metainfo.xml \
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/metadata.json \
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/extension.js \
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/windowReport.js; do
   grep -q " $file\$" <<<"$contents" || { echo "missing from the package: $file" >&2; status=1; }
 done
 for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins libplist libxcb1 libglib2.0-0; do

@@ -10,6 +10,8 @@ install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT marzipel)
 install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT marzipel)
+install(DIRECTORY ${MARZIPEL_GNOME_SHELL_EXTENSION}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gnome-shell/extensions COMPONENT marzipel)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME marzipel)
@@ -24,7 +26,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Dim the keyboard and lift the night filter while a video plays full screen\n\
 Marzipel sits in the system tray. When a chosen video player goes full screen it\n\
 turns the keyboard backlight off and suspends GNOME Night Light or KDE Night Color,\n\
-and puts both back when full screen ends. X11 sessions only.")
+and puts both back when full screen ends. In GNOME's Wayland sessions it sees\n\
+full screen through a GNOME Shell extension of its own, which it switches on.")
 # dpkg-shlibdeps finds the libraries the program links; Qt's X11 and Wayland platform plugins
 # are loaded at run time and are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

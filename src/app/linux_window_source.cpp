@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "platform/linux/desktop_notification.h"
+#include "platform/linux/gnome_shell_windows.h"
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/linux/linux_power_assertions.h"
 #include "platform/linux/reported_windows.h"
@@ -17,7 +18,8 @@ namespace marzipel {
 namespace {
 
 constexpr char kWorkingSessions[] =
-    "Full screen is seen in X11 sessions, KDE Plasma and Sway; choose one of them at the login "
+    "Full screen is seen in X11 sessions, GNOME, KDE Plasma and Sway; choose one of them at the "
+    "login "
     "screen, or open the settings by starting Marzipel again.";
 
 std::string environment(const char* name) {
@@ -47,9 +49,13 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
                       "Watching windows through X11: " + choice.reason);
             startX11(log, brightness, powerAssertions);
             return;
+        case WindowSourceKind::gnomeShell:
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Watching windows through GNOME Shell: " + choice.reason);
+            startGnomeShell(log, brightness, powerAssertions);
+            return;
         case WindowSourceKind::kwin:
         case WindowSourceKind::sway:
-        case WindowSourceKind::gnomeShell:
         case WindowSourceKind::none:
             log.error(kAppLogSubsystem, kAppLogCategory,
                       "Full screen cannot be seen in this session: " + choice.reason);
@@ -73,6 +79,18 @@ void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& 
     });
     spaceMonitor_ = x11SpaceMonitor_.get();
     workspace_ = x11Workspace_.get();
+}
+
+void LinuxWindowSource::startGnomeShell(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
+                                        LinuxPowerAssertions& powerAssertions) {
+    reported_ = std::make_unique<ReportedWindows>(entries_);
+    gnomeShell_ = std::make_unique<GnomeShellWindows>(*reported_, log);
+    gnomeShell_->setFullScreenLikelyHandler([&brightness, &powerAssertions] {
+        brightness.readAhead();
+        powerAssertions.readAhead();
+    });
+    spaceMonitor_ = reported_.get();
+    workspace_ = reported_.get();
 }
 
 void LinuxWindowSource::startUnsupported() {

@@ -10,6 +10,7 @@
 
 namespace marzipel {
 
+class GnomeShellWindows;
 class LinuxBrightnessServiceFactory;
 class LinuxPowerAssertions;
 class ReportedWindows;
@@ -36,12 +37,15 @@ public:
 private:
     void startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
                   LinuxPowerAssertions& powerAssertions);
+    void startGnomeShell(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
+                         LinuxPowerAssertions& powerAssertions);
     void startUnsupported();
 
     const DesktopEntries& entries_;
     std::unique_ptr<X11Workspace> x11Workspace_;
     std::unique_ptr<X11SpaceMonitor> x11SpaceMonitor_;
     std::unique_ptr<ReportedWindows> reported_;
+    std::unique_ptr<GnomeShellWindows> gnomeShell_;
     SpaceMonitor* spaceMonitor_ = nullptr;
     Workspace* workspace_ = nullptr;
 };

@@ -48,7 +48,7 @@ void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys) {
     g_object_unref(settings);
 }
 
-bool startColorDaemon(Child& daemon, const std::string& display,
+bool startColorDaemon(Child& daemon, const std::string& displayVariable,
                       const std::filesystem::path& home) {
     const std::filesystem::path runtime = home / "runtime";
     std::filesystem::create_directories(runtime);
@@ -58,7 +58,7 @@ bool startColorDaemon(Child& daemon, const std::string& display,
     // may also still hold the name for a moment.
     for (int attempt = 0; attempt < 10; ++attempt) {
         if (!waitUntil([] { return !colorServiceUp(); })) return false;
-        daemon = Child({GSD_COLOR_PROGRAM}, {"DISPLAY=" + display, "HOME=" + home.string(),
+        daemon = Child({GSD_COLOR_PROGRAM}, {displayVariable, "HOME=" + home.string(),
                                              "XDG_RUNTIME_DIR=" + runtime.string()});
         waitUntil([&] { return !daemon.running() || colorProperty("NightLightActive"); }, 20s);
         if (daemon.running() && colorProperty("NightLightActive")) return true;

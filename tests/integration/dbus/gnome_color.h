@@ -18,7 +18,9 @@ double hoursFromNow(double offset);
 /// Stores the keys as the user's Night Light settings would, in this process's GSettings
 /// backend, and waits until they are written out.
 void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys);
-/// Starts gsd-color on `display` with `home`; true once its service is up with Night Light on.
-bool startColorDaemon(Child& daemon, const std::string& display, const std::filesystem::path& home);
+/// Starts gsd-color on the display that `displayVariable` names ("DISPLAY=:5" or
+/// "WAYLAND_DISPLAY=name") with `home`; true once its service is up with Night Light on.
+bool startColorDaemon(Child& daemon, const std::string& displayVariable,
+                      const std::filesystem::path& home);
 
 }  // namespace marzipel::dbustest

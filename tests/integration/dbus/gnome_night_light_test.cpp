@@ -51,7 +51,7 @@ protected:
     }
 
     void startDaemon() {
-        ASSERT_TRUE(startColorDaemon(daemon_, display_, home_->path()))
+        ASSERT_TRUE(startColorDaemon(daemon_, "DISPLAY=" + display_, home_->path()))
             << "gsd-color did not come up with Night Light on for the schedule";
     }
 

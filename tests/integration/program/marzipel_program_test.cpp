@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "integration/dbus/gnome_color.h"
-#include "integration/dbus/mock_service.h"
+#include "integration/program/marzipel_run.h"
 #include "integration/x_session.h"
 
 namespace marzipel {
@@ -17,22 +17,15 @@ namespace {
 
 using dbustest::colorProperty;
 using dbustest::colorServiceUp;
+using dbustest::gsettingsKeyfile;
 using dbustest::hoursFromNow;
-using dbustest::MockService;
+using dbustest::kPlayer;
+using dbustest::MarzipelRun;
 
-const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
-constexpr char kPlayer[] = "marzipel-test-player";
 constexpr char kOtherApp[] = "marzipel-test-other";
 
-/// A path under the test program's scratch folder, where its buses and its settings live.
-std::string scratch(const std::string& relative) {
-    return (dbustest::scratchFolder() / relative).string();
-}
-
-std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }
-
 void writeDesktopEntry(const std::string& id, const std::string& name) {
-    writeFile(scratch("data/applications/" + id + ".desktop"),
+    writeFile((dbustest::scratchFolder() / ("data/applications/" + id + ".desktop")).string(),
               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
 }
 
@@ -46,7 +39,8 @@ protected:
             {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
         x_ = std::make_unique<XSession>();
         colorDaemon_ = std::make_unique<Child>();
-        dbustest::startColorDaemon(*colorDaemon_, x_->display(), scratch("home"));
+        dbustest::startColorDaemon(*colorDaemon_, "DISPLAY=" + x_->display(),
+                                   dbustest::scratchFolder() / "home");
     }
     static void TearDownTestSuite() {
         colorDaemon_.reset();
@@ -59,51 +53,18 @@ protected:
             << "gsd-color did not switch Night Light on for the schedule";
         ASSERT_FALSE(colorProperty("DisabledUntilTomorrow"));
         keysBefore_ = gsettingsKeyfile();
-        keyboard_ = std::make_unique<MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
-                                                  true, R"({"max": 3, "level": 2})");
-        startMarzipel();
+        run_ = std::make_unique<MarzipelRun>(std::vector<std::string>{
+            "DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
+            "XDG_DATA_HOME=" + (dbustest::scratchFolder() / "data").string()});
     }
 
     void TearDown() override {
-        marzipel_.stop();
-        keyboard_.reset();
+        run_.reset();
         EXPECT_EQ(gsettingsKeyfile(), keysBefore_) << "the user's Night Light keys changed";
     }
 
-    void startMarzipel() {
-        const auto documents = home_.path() / "Documents";
-        std::filesystem::create_directories(documents);
-        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
-                  R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0"><dict>
-<key>welcomeScreenShown</key><true/>
-<key>debugLoggingEnabled</key><true/>
-<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
-<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
-</dict></plist>
-)");
-        debugLog_ = (documents / "Marzipel_debug.log").string();
-        marzipel_ = Child(
-            {MARZIPEL_PROGRAM},
-            {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb", "HOME=" + home_.path().string(),
-             "XDG_DATA_HOME=" + scratch("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
-             "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
-        // The debug log is opened once the event loop runs, when the X11 watch is in place.
-        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
-            << "marzipel did not finish launching";
-    }
-
-    std::vector<int> keyboardLevelsSet() const {
-        std::vector<int> levels;
-        for (const auto& arguments : keyboard_->calls(kKeyboard, "SetBrightness"))
-            levels.push_back(arguments.value(0).toInt());
-        return levels;
-    }
-
-    bool logHas(const std::string& line) const {
-        return readFile(debugLog_).find(line + "\n") != std::string::npos;
-    }
+    std::vector<int> keyboardLevelsSet() const { return run_->keyboardLevelsSet(); }
+    bool logHas(const std::string& line) const { return run_->logHas(line); }
 
     xcb_window_t fullScreenWindowOf(const std::string& instance) {
         XClient& client = x_->client();
@@ -117,11 +78,8 @@ protected:
 
     static inline std::unique_ptr<XSession> x_;
     static inline std::unique_ptr<Child> colorDaemon_;
-    TempFolder home_;
     std::string keysBefore_;
-    std::string debugLog_;
-    std::unique_ptr<MockService> keyboard_;
-    Child marzipel_;
+    std::unique_ptr<MarzipelRun> run_;
 };
 
 TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeaves) {
@@ -139,7 +97,7 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
-    EXPECT_TRUE(marzipel_.running());
+    EXPECT_TRUE(run_->program().running());
 }
 
 TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
@@ -147,8 +105,8 @@ TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) 
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    kill(marzipel_.pid(), SIGTERM);
-    ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
+    kill(run_->program().pid(), SIGTERM);
+    ASSERT_TRUE(waitUntil([&] { return !run_->program().running(); }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(logHas("App quitting, deactivating"));
