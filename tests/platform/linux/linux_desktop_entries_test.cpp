@@ -189,15 +189,6 @@ TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
     EXPECT_EQ(iconOf(""), std::nullopt);
 }
 
-// Listing a folder is shared with the bundle files and tested there.
-TEST_F(LinuxDesktopEntriesTest, ListsOnlyApplicationFoldersThatExist) {
-    EXPECT_TRUE(entries.applicationFolders().empty());
-    put(system, "applications/mpv.desktop", entryText("mpv"));
-    put(user, "applications/vlc.desktop", entryText("VLC"));
-    EXPECT_EQ(entries.applicationFolders(),
-              (std::vector<std::string>{user + "/applications", system + "/applications"}));
-}
-
 TEST(XdgDataFoldersTest, FollowsTheEnvironmentAndAddsTheSandboxExports) {
     ScopedEnv dataHome("XDG_DATA_HOME", std::nullopt);
     ScopedEnv dataDirs("XDG_DATA_DIRS", std::nullopt);
