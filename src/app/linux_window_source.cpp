@@ -64,7 +64,7 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
             if (bus) {
                 log.error(kAppLogSubsystem, kAppLogCategory,
                           "Watching windows through a KWin script: " + choice.reason);
-                startKWin(log, *bus);
+                startKWin(log, *bus, brightness, powerAssertions);
                 return;
             }
             log.error(kAppLogSubsystem, kAppLogCategory,
@@ -84,11 +84,17 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
 
 LinuxWindowSource::~LinuxWindowSource() = default;
 
-void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus) {
+void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus,
+                                  LinuxBrightnessServiceFactory& brightness,
+                                  LinuxPowerAssertions& powerAssertions) {
     reported_ = std::make_unique<ReportedWindows>(entries_);
     spaceMonitor_ = reported_.get();
     workspace_ = reported_.get();
-    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log);
+    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log,
+                                               [&brightness, &powerAssertions] {
+                                                   brightness.readAhead();
+                                                   powerAssertions.readAhead();
+                                               });
 }
 
 void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,

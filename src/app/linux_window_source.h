@@ -40,7 +40,9 @@ public:
 private:
     void startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
                   LinuxPowerAssertions& powerAssertions);
-    void startKWin(SystemLog& log, MarzipelBusService& bus);
+    void startKWin(SystemLog& log, MarzipelBusService& bus,
+                   LinuxBrightnessServiceFactory& brightness,
+                   LinuxPowerAssertions& powerAssertions);
     void startUnsupported();
 
     const DesktopEntries& entries_;
