@@ -10,6 +10,7 @@
 
 #include "integration/dbus/gnome_color.h"
 #include "integration/dbus/mock_service.h"
+#include "integration/program/marzipel_run.h"
 #include "integration/x_session.h"
 
 namespace marzipel {
@@ -20,27 +21,16 @@ using dbustest::colorServiceUp;
 using dbustest::hoursFromNow;
 using dbustest::MockService;
 
-const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
-constexpr char kPlayer[] = "marzipel-test-player";
-constexpr char kOtherApp[] = "marzipel-test-other";
-
-/// A path under the test program's scratch folder, where its buses and its settings live.
-std::string scratch(const std::string& relative) {
-    return (dbustest::scratchFolder() / relative).string();
-}
+using programtest::kOtherApp;
+using programtest::kPlayer;
+using programtest::scratch;
 
 std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }
-
-void writeDesktopEntry(const std::string& id, const std::string& name) {
-    writeFile(scratch("data/applications/" + id + ".desktop"),
-              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
-}
 
 class MarzipelProgramTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        writeDesktopEntry(kPlayer, "Test Player");
-        writeDesktopEntry(kOtherApp, "Other App");
+        programtest::writeDesktopEntries();
         // Night Light on from an hour ago to an hour from now: on, whatever the time.
         dbustest::writeNightLightScheduleKeys(
             {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
@@ -61,49 +51,20 @@ protected:
         keysBefore_ = gsettingsKeyfile();
         keyboard_ = std::make_unique<MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
                                                   true, R"({"max": 3, "level": 2})");
-        startMarzipel();
+        marzipel_.start({"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
+                         "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
     }
 
     void TearDown() override {
-        marzipel_.stop();
+        marzipel_.process().stop();
         keyboard_.reset();
         EXPECT_EQ(gsettingsKeyfile(), keysBefore_) << "the user's Night Light keys changed";
     }
 
-    void startMarzipel() {
-        const auto documents = home_.path() / "Documents";
-        std::filesystem::create_directories(documents);
-        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
-                  R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0"><dict>
-<key>welcomeScreenShown</key><true/>
-<key>debugLoggingEnabled</key><true/>
-<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
-<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
-</dict></plist>
-)");
-        debugLog_ = (documents / "Marzipel_debug.log").string();
-        marzipel_ = Child(
-            {MARZIPEL_PROGRAM},
-            {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb", "HOME=" + home_.path().string(),
-             "XDG_DATA_HOME=" + scratch("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
-             "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
-        // The debug log is opened once the event loop runs, when the X11 watch is in place.
-        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
-            << "marzipel did not finish launching";
-    }
-
     std::vector<int> keyboardLevelsSet() const {
-        std::vector<int> levels;
-        for (const auto& arguments : keyboard_->calls(kKeyboard, "SetBrightness"))
-            levels.push_back(arguments.value(0).toInt());
-        return levels;
+        return programtest::keyboardLevelsSet(*keyboard_);
     }
-
-    bool logHas(const std::string& line) const {
-        return readFile(debugLog_).find(line + "\n") != std::string::npos;
-    }
+    bool logHas(const std::string& line) const { return marzipel_.logHas(line); }
 
     xcb_window_t fullScreenWindowOf(const std::string& instance) {
         XClient& client = x_->client();
@@ -117,11 +78,9 @@ protected:
 
     static inline std::unique_ptr<XSession> x_;
     static inline std::unique_ptr<Child> colorDaemon_;
-    TempFolder home_;
     std::string keysBefore_;
-    std::string debugLog_;
     std::unique_ptr<MockService> keyboard_;
-    Child marzipel_;
+    programtest::MarzipelRun marzipel_;
 };
 
 TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeaves) {
@@ -139,7 +98,7 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
-    EXPECT_TRUE(marzipel_.running());
+    EXPECT_TRUE(marzipel_.process().running());
 }
 
 TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
@@ -147,8 +106,8 @@ TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) 
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    kill(marzipel_.pid(), SIGTERM);
-    ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
+    kill(marzipel_.process().pid(), SIGTERM);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(logHas("App quitting, deactivating"));

@@ -1,0 +1,67 @@
+#include "integration/program/marzipel_run.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace marzipel::programtest {
+namespace {
+
+void writeDesktopEntry(const std::string& id, const std::string& name) {
+    writeFile(scratch("data/applications/" + id + ".desktop"),
+              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
+}
+
+}  // namespace
+
+std::string scratch(const std::string& relative) {
+    return (dbustest::scratchFolder() / relative).string();
+}
+
+void writeDesktopEntries() {
+    writeDesktopEntry(kPlayer, "Test Player");
+    writeDesktopEntry(kOtherApp, "Other App");
+}
+
+std::vector<std::string> MarzipelRun::environment(
+    const std::vector<std::string>& environment) const {
+    std::vector<std::string> result{"HOME=" + home_.path().string(),
+                                    "XDG_DATA_HOME=" + scratch("data"),
+                                    "XDG_DATA_DIRS=/usr/local/share:/usr/share"};
+    result.insert(result.end(), environment.begin(), environment.end());
+    return result;
+}
+
+void MarzipelRun::start(const std::vector<std::string>& environment) {
+    const auto documents = home_.path() / "Documents";
+    std::filesystem::create_directories(documents);
+    writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
+              R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0"><dict>
+<key>welcomeScreenShown</key><true/>
+<key>debugLoggingEnabled</key><true/>
+<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
+<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
+</dict></plist>
+)");
+    debugLog_ = (documents / "Marzipel_debug.log").string();
+    process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
+    // The debug log is opened once the event loop runs, when the window source is in place.
+    ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
+        << "marzipel did not finish launching";
+}
+
+bool MarzipelRun::logHas(const std::string& line) const {
+    return readFile(debugLog_).find(line + "\n") != std::string::npos;
+}
+
+std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard) {
+    std::vector<int> levels;
+    for (const auto& arguments :
+         keyboard.calls(QStringLiteral("/org/freedesktop/UPower/KbdBacklight"), "SetBrightness"))
+        levels.push_back(arguments.value(0).toInt());
+    return levels;
+}
+
+}  // namespace marzipel::programtest

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "integration/dbus/mock_service.h"
+#include "support/child_process.h"
+#include "support/temp_folder.h"
+
+namespace marzipel::programtest {
+
+/// The trigger app of every run, and an app that is none.
+inline constexpr char kPlayer[] = "marzipel-test-player";
+inline constexpr char kOtherApp[] = "marzipel-test-other";
+
+/// A path under the test program's scratch folder, where its buses and its settings live.
+std::string scratch(const std::string& relative);
+
+/// Installs desktop entries for `kPlayer` and `kOtherApp` in the scratch folder's data home.
+void writeDesktopEntries();
+
+/// The marzipel program as a user runs it, on the test program's buses, with `kPlayer` as its
+/// trigger app, both features on and the debug log on; ended when this goes away.
+class MarzipelRun {
+public:
+    /// Starts it with `environment` added and waits until it has launched; fails the test when
+    /// it does not.
+    void start(const std::vector<std::string>& environment);
+
+    Child& process() { return process_; }
+    /// Whether the debug log has `line` as a whole line.
+    bool logHas(const std::string& line) const;
+    /// The environment of a run, with `environment` added.
+    std::vector<std::string> environment(const std::vector<std::string>& environment) const;
+
+private:
+    TempFolder home_;
+    std::string debugLog_;
+    Child process_;
+};
+
+/// The levels the program set on the stand-in UPower keyboard, oldest first.
+std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard);
+
+}  // namespace marzipel::programtest
