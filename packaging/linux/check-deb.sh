@@ -16,10 +16,12 @@ status=0
 for file in ./usr/bin/marzipel \
   ./usr/share/applications/com.orsavelt.Marzipel.desktop \
   ./usr/share/icons/hicolor/scalable/apps/com.orsavelt.Marzipel.svg \
-  ./usr/share/metainfo/com.orsavelt.Marzipel.metainfo.xml; do
+  ./usr/share/metainfo/com.orsavelt.Marzipel.metainfo.xml \
+  ./usr/share/marzipel/kwin_window_reports.js; do
   grep -q " $file\$" <<<"$contents" || { echo "missing from the package: $file" >&2; status=1; }
 done
-for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins libplist libxcb1 libglib2.0-0; do
+for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins qt6-wayland libplist libxcb1 \
+  libglib2.0-0; do
   grep -q "$package" <<<"$depends" || { echo "not among the dependencies: $package" >&2; status=1; }
 done
 [ "$(dpkg-deb -f "$deb" Architecture)" = "$(dpkg --print-architecture)" ] ||
