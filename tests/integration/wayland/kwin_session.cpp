@@ -81,7 +81,7 @@ Child KWinSession::openWindow(const std::string& appId) const {
     return window;
 }
 
-void KWinSession::runScript(const std::string& source) {
+std::string KWinSession::runScript(const std::string& source, bool keepLoaded) {
     const std::string name = "marzipel-test-" + std::to_string(++scripts_);
     const std::filesystem::path file = folder_.path() / (name + ".js");
     std::ofstream(file) << source;
@@ -94,10 +94,16 @@ void KWinSession::runScript(const std::string& source) {
         bus, {kScripting.service, QStringLiteral("/%1").arg(id->toInt()), "org.kde.kwin.Script"},
         "run");
     if (ran.type() != QDBusMessage::ReplyMessage)
-        throw std::runtime_error("KWin did not run " + name);
+        throw std::runtime_error("KWin did not run " + name + ": " + dbus::errorText(ran));
     // KWin 5.27 numbers a script by how many are loaded: one left loaded would share its
     // object path with a script loaded after another one is unloaded.
-    dbus::call(bus, kScripting, "unloadScript", {QString::fromStdString(name)});
+    if (!keepLoaded) unloadScript(name);
+    return name;
+}
+
+void KWinSession::unloadScript(const std::string& name) {
+    dbus::call(QDBusConnection::sessionBus(), kScripting, "unloadScript",
+               {QString::fromStdString(name)});
 }
 
 }  // namespace marzipel::waylandtest

@@ -35,8 +35,10 @@ public:
     /// A window of ours (tests/support/test_window_program.cpp) with Wayland app id `appId`,
     /// shown and painted; throws when it is not.
     Child openWindow(const std::string& appId) const;
-    /// Runs `source` as a throwaway KWin script; throws when KWin does not run it.
-    void runScript(const std::string& source);
+    /// Runs `source` as a KWin script of its own, unloaded after it ran unless `keepLoaded`;
+    /// gives its name. Throws when KWin does not run it.
+    std::string runScript(const std::string& source, bool keepLoaded = false);
+    void unloadScript(const std::string& name);
 
 private:
     TempFolder folder_;
