@@ -19,10 +19,12 @@ for file in ./usr/bin/marzipel \
   ./usr/share/metainfo/com.orsavelt.Marzipel.metainfo.xml \
   ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/metadata.json \
   ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/extension.js \
-  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/windowReport.js; do
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/windowReport.js \
+  ./usr/share/marzipel/kwin_window_reports.js; do
   grep -q " $file\$" <<<"$contents" || { echo "missing from the package: $file" >&2; status=1; }
 done
-for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins libplist libxcb1 libglib2.0-0; do
+for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins qt6-wayland libplist libxcb1 \
+  libglib2.0-0; do
   grep -q "$package" <<<"$depends" || { echo "not among the dependencies: $package" >&2; status=1; }
 done
 [ "$(dpkg-deb -f "$deb" Architecture)" = "$(dpkg --print-architecture)" ] ||

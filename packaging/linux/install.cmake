@@ -4,6 +4,8 @@ include(GNUInstallDirs)
 set(marzipel_packaging ${CMAKE_CURRENT_LIST_DIR})
 
 install(TARGETS marzipel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT marzipel)
+install(FILES ${PROJECT_SOURCE_DIR}/src/platform/linux/kwin_window_reports.js
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/marzipel COMPONENT marzipel)
 install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT marzipel)
 install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.svg
@@ -26,8 +28,9 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Dim the keyboard and lift the night filter while a video plays full screen\n\
 Marzipel sits in the system tray. When a chosen video player goes full screen it\n\
 turns the keyboard backlight off and suspends GNOME Night Light or KDE Night Color,\n\
-and puts both back when full screen ends. In GNOME's Wayland sessions it sees\n\
-full screen through a GNOME Shell extension of its own, which it switches on.")
+and puts both back when full screen ends. It sees full screen in X11 sessions, in\n\
+KDE Plasma's Wayland session through a KWin script, in GNOME's Wayland session\n\
+through a GNOME Shell extension of its own, and in Sway.")
 # dpkg-shlibdeps finds the libraries the program links; Qt's X11 and Wayland platform plugins
 # are loaded at run time and are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

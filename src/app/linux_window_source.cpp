@@ -1,14 +1,18 @@
 #include "app/linux_window_source.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QFileInfo>
 
 #include <cstdlib>
 
 #include "platform/linux/desktop_notification.h"
 #include "platform/linux/gnome_shell_windows.h"
+#include "platform/linux/kwin_window_source.h"
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/linux/linux_power_assertions.h"
+#include "platform/linux/marzipel_bus_service.h"
 #include "platform/linux/reported_windows.h"
 #include "platform/linux/x11_space_monitor.h"
 #include "platform/linux/x11_workspace.h"
@@ -17,10 +21,12 @@ namespace marzipel {
 
 namespace {
 
+constexpr char kScriptFile[] = "kwin_window_reports.js";
+
 constexpr char kWorkingSessions[] =
-    "Full screen is seen in X11 sessions, GNOME, KDE Plasma and Sway; choose one of them at the "
-    "login "
-    "screen, or open the settings by starting Marzipel again.";
+    "Full screen is seen in X11 sessions and in the Wayland sessions of GNOME, KDE Plasma and "
+    "Sway; choose one of them at the login screen, or open the settings by starting Marzipel "
+    "again.";
 
 std::string environment(const char* name) {
     const char* value = std::getenv(name);
@@ -38,10 +44,17 @@ SessionFacts currentSessionFacts() {
     return facts;
 }
 
+QString kwinScriptPath() {
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QString installed = folder + QStringLiteral("/../share/marzipel/") + kScriptFile;
+    if (QFileInfo::exists(installed)) return QFileInfo(installed).canonicalFilePath();
+    return folder + QLatin1Char('/') + kScriptFile;
+}
+
 LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
                                      const DesktopEntries& entries, SystemLog& log,
                                      LinuxBrightnessServiceFactory& brightness,
-                                     LinuxPowerAssertions& powerAssertions)
+                                     LinuxPowerAssertions& powerAssertions, MarzipelBusService* bus)
     : entries_(entries) {
     switch (choice.kind) {
         case WindowSourceKind::x11:
@@ -55,6 +68,17 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
             startGnomeShell(log, brightness, powerAssertions);
             return;
         case WindowSourceKind::kwin:
+            if (bus) {
+                log.error(kAppLogSubsystem, kAppLogCategory,
+                          "Watching windows through a KWin script: " + choice.reason);
+                startKWin(log, *bus, brightness, powerAssertions);
+                return;
+            }
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Full screen cannot be seen in this session: " + choice.reason +
+                          ", but no session bus to hear KWin on");
+            startUnsupported();
+            return;
         case WindowSourceKind::sway:
         case WindowSourceKind::none:
             log.error(kAppLogSubsystem, kAppLogCategory,
@@ -65,6 +89,19 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
 }
 
 LinuxWindowSource::~LinuxWindowSource() = default;
+
+void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus,
+                                  LinuxBrightnessServiceFactory& brightness,
+                                  LinuxPowerAssertions& powerAssertions) {
+    reported_ = std::make_unique<ReportedWindows>(entries_);
+    spaceMonitor_ = reported_.get();
+    workspace_ = reported_.get();
+    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log,
+                                               [&brightness, &powerAssertions] {
+                                                   brightness.readAhead();
+                                                   powerAssertions.readAhead();
+                                               });
+}
 
 void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
                                  LinuxPowerAssertions& powerAssertions) {

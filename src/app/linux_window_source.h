@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <memory>
 
 #include "app/window_source_choice.h"
@@ -11,8 +12,10 @@
 namespace marzipel {
 
 class GnomeShellWindows;
+class KWinWindowSource;
 class LinuxBrightnessServiceFactory;
 class LinuxPowerAssertions;
+class MarzipelBusService;
 class ReportedWindows;
 class X11SpaceMonitor;
 class X11Workspace;
@@ -23,10 +26,11 @@ class X11Workspace;
 class LinuxWindowSource {
 public:
     /// `brightness` and `powerAssertions` are asked to read ahead when a window may have gone
-    /// full screen; they must outlive this object.
+    /// full screen; `bus`, Marzipel's own name, receives the reports of a compositor's script
+    /// and is null when Marzipel has none. All must outlive this object.
     LinuxWindowSource(const WindowSourceChoice& choice, const DesktopEntries& entries,
                       SystemLog& log, LinuxBrightnessServiceFactory& brightness,
-                      LinuxPowerAssertions& powerAssertions);
+                      LinuxPowerAssertions& powerAssertions, MarzipelBusService* bus);
     ~LinuxWindowSource();
     LinuxWindowSource(const LinuxWindowSource&) = delete;
     LinuxWindowSource& operator=(const LinuxWindowSource&) = delete;
@@ -39,6 +43,9 @@ private:
                   LinuxPowerAssertions& powerAssertions);
     void startGnomeShell(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
                          LinuxPowerAssertions& powerAssertions);
+    void startKWin(SystemLog& log, MarzipelBusService& bus,
+                   LinuxBrightnessServiceFactory& brightness,
+                   LinuxPowerAssertions& powerAssertions);
     void startUnsupported();
 
     const DesktopEntries& entries_;
@@ -46,11 +53,16 @@ private:
     std::unique_ptr<X11SpaceMonitor> x11SpaceMonitor_;
     std::unique_ptr<ReportedWindows> reported_;
     std::unique_ptr<GnomeShellWindows> gnomeShell_;
+    std::unique_ptr<KWinWindowSource> kwin_;
     SpaceMonitor* spaceMonitor_ = nullptr;
     Workspace* workspace_ = nullptr;
 };
 
 /// The session's facts from the environment and the session bus.
 SessionFacts currentSessionFacts();
+
+/// The KWin script that ships with the program: under share/marzipel/ beside the program's
+/// folder when installed, beside the program itself in the build tree.
+QString kwinScriptPath();
 
 }  // namespace marzipel

@@ -14,6 +14,7 @@
 #include "platform/linux/linux_desktop_entries.h"
 #include "platform/linux/linux_power_assertions.h"
 #include "platform/linux/local_clock.h"
+#include "platform/linux/marzipel_bus_service.h"
 #include "platform/linux/no_updater.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/linux/syslog_system_log.h"
@@ -26,6 +27,7 @@
 #include "settings/launch_at_login.h"
 #include "settings/settings_manager.h"
 #include "ui/models/settings_access.h"
+#include "ui/models/tray_commands.h"
 #include "ui/qt_main_loop.h"
 #include "ui/settings_window.h"
 #include "ui/tray.h"
@@ -57,8 +59,15 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
     QApplication::setWindowIcon(applicationIcon());
 
-    NotificationCenter center;
     SyslogSystemLog systemLog;
+    // One Marzipel per session: a second start shows the first one's settings, which is also
+    // how a desktop without a tray reaches them.
+    MarzipelBusService busService(systemLog);
+    const MarzipelBusService::Claim claim = busService.claim();
+    if (claim == MarzipelBusService::Claim::taken)
+        return busService.askOwnerToOpenSettings() ? 0 : 1;
+
+    NotificationCenter center;
     LocalClock clock;
     StdoutConsole console;
     XdgUserDirectories userDirectories;
@@ -72,7 +81,8 @@ int main(int argc, char* argv[]) {
     LinuxBrightnessServiceFactory brightness(systemLog);
     LinuxPowerAssertions powerAssertions;
     LinuxWindowSource windows(chooseWindowSource(currentSessionFacts()), desktopEntries, systemLog,
-                              brightness, powerAssertions);
+                              brightness, powerAssertions,
+                              claim == MarzipelBusService::Claim::owned ? &busService : nullptr);
     Workspace& workspace = windows.workspace();
     NoUpdater updater;
     QtFilePicker filePicker;
@@ -95,5 +105,9 @@ int main(int argc, char* argv[]) {
     OpenSettingsAccessAction openSettings(application);
     SettingsWindowController settingsWindow(services, openSettings);
     MarzipelTray tray(app.tray(), openSettings, application, systemLog);
-    return QApplication::exec();
+    busService.setOpenSettingsHandler(
+        [&openSettings, &application] { openSettingsFromTray(openSettings, application); });
+    const int status = QApplication::exec();
+    busService.setOpenSettingsHandler(nullptr);
+    return status;
 }

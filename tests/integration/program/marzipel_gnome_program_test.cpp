@@ -24,25 +24,27 @@ TEST(MarzipelGnomeProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUnti
     Child colorDaemon;
     ASSERT_TRUE(dbustest::startColorDaemon(colorDaemon, gnomeShell().displayVariable(),
                                            dbustest::scratchFolder() / "home"));
-    const std::string keysBefore = dbustest::gsettingsKeyfile();
+    const std::string keysBefore = programtest::gsettingsKeyfile();
     environment.insert(environment.end(),
                        {"XDG_SESSION_TYPE=wayland", "XDG_CURRENT_DESKTOP=GNOME"});
-    dbustest::MarzipelRun run(environment);
+    const auto keyboard = programtest::startKeyboardBacklight();
+    programtest::MarzipelRun run;
+    run.start(environment);
+    const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
 
     Child player;
-    gnomeShell().startWindow(player, dbustest::kPlayer);
-    ASSERT_TRUE(dbustest::signalUntil(player.pid(), SIGUSR1,
-                                      [&] { return !run.keyboardLevelsSet().empty(); }));
-    EXPECT_EQ(run.keyboardLevelsSet(), std::vector<int>{0});
+    gnomeShell().startWindow(player, programtest::kPlayer);
+    ASSERT_TRUE(dbustest::signalUntil(player.pid(), SIGUSR1, [&] { return !levelsSet().empty(); }));
+    EXPECT_EQ(levelsSet(), std::vector<int>{0});
     EXPECT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    ASSERT_TRUE(dbustest::signalUntil(player.pid(), SIGUSR2,
-                                      [&] { return run.keyboardLevelsSet().size() == 2; }));
-    EXPECT_EQ(run.keyboardLevelsSet(), (std::vector<int>{0, 2}));
+    ASSERT_TRUE(
+        dbustest::signalUntil(player.pid(), SIGUSR2, [&] { return levelsSet().size() == 2; }));
+    EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
-    EXPECT_TRUE(run.program().running());
-    EXPECT_EQ(dbustest::gsettingsKeyfile(), keysBefore) << "the user's keys changed";
+    EXPECT_TRUE(run.process().running());
+    EXPECT_EQ(programtest::gsettingsKeyfile(), keysBefore) << "the user's keys changed";
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "integration/dbus/gnome_color.h"
+#include "integration/dbus/mock_service.h"
 #include "integration/program/marzipel_run.h"
 #include "integration/x_session.h"
 
@@ -17,30 +18,24 @@ namespace {
 
 using dbustest::colorProperty;
 using dbustest::colorServiceUp;
-using dbustest::gsettingsKeyfile;
 using dbustest::hoursFromNow;
-using dbustest::kPlayer;
-using dbustest::MarzipelRun;
+using dbustest::MockService;
 
-constexpr char kOtherApp[] = "marzipel-test-other";
+using programtest::kOtherApp;
+using programtest::kPlayer;
+using programtest::scratch;
 
-void writeDesktopEntry(const std::string& id, const std::string& name) {
-    writeFile((dbustest::scratchFolder() / ("data/applications/" + id + ".desktop")).string(),
-              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
-}
-
+using programtest::gsettingsKeyfile;
 class MarzipelProgramTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        writeDesktopEntry(kPlayer, "Test Player");
-        writeDesktopEntry(kOtherApp, "Other App");
+        programtest::writeDesktopEntries();
         // Night Light on from an hour ago to an hour from now: on, whatever the time.
         dbustest::writeNightLightScheduleKeys(
             {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
         x_ = std::make_unique<XSession>();
         colorDaemon_ = std::make_unique<Child>();
-        dbustest::startColorDaemon(*colorDaemon_, "DISPLAY=" + x_->display(),
-                                   dbustest::scratchFolder() / "home");
+        dbustest::startColorDaemon(*colorDaemon_, x_->display(), scratch("home"));
     }
     static void TearDownTestSuite() {
         colorDaemon_.reset();
@@ -53,18 +48,21 @@ protected:
             << "gsd-color did not switch Night Light on for the schedule";
         ASSERT_FALSE(colorProperty("DisabledUntilTomorrow"));
         keysBefore_ = gsettingsKeyfile();
-        run_ = std::make_unique<MarzipelRun>(std::vector<std::string>{
-            "DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
-            "XDG_DATA_HOME=" + (dbustest::scratchFolder() / "data").string()});
+        keyboard_ = programtest::startKeyboardBacklight();
+        marzipel_.start({"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
+                         "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
     }
 
     void TearDown() override {
-        run_.reset();
+        marzipel_.process().stop();
+        keyboard_.reset();
         EXPECT_EQ(gsettingsKeyfile(), keysBefore_) << "the user's Night Light keys changed";
     }
 
-    std::vector<int> keyboardLevelsSet() const { return run_->keyboardLevelsSet(); }
-    bool logHas(const std::string& line) const { return run_->logHas(line); }
+    std::vector<int> keyboardLevelsSet() const {
+        return programtest::keyboardLevelsSet(*keyboard_);
+    }
+    bool logHas(const std::string& line) const { return marzipel_.logHas(line); }
 
     xcb_window_t fullScreenWindowOf(const std::string& instance) {
         XClient& client = x_->client();
@@ -79,7 +77,8 @@ protected:
     static inline std::unique_ptr<XSession> x_;
     static inline std::unique_ptr<Child> colorDaemon_;
     std::string keysBefore_;
-    std::unique_ptr<MarzipelRun> run_;
+    std::unique_ptr<MockService> keyboard_;
+    programtest::MarzipelRun marzipel_;
 };
 
 TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeaves) {
@@ -97,7 +96,7 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
-    EXPECT_TRUE(run_->program().running());
+    EXPECT_TRUE(marzipel_.process().running());
 }
 
 TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
@@ -105,8 +104,8 @@ TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) 
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    kill(run_->program().pid(), SIGTERM);
-    ASSERT_TRUE(waitUntil([&] { return !run_->program().running(); }));
+    kill(marzipel_.process().pid(), SIGTERM);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(logHas("App quitting, deactivating"));

@@ -4,18 +4,35 @@
 
 #include <filesystem>
 
-namespace marzipel::dbustest {
+namespace marzipel::programtest {
 namespace {
 
-const QString kKeyboard = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
-
-std::string scratch(const std::string& relative) { return (scratchFolder() / relative).string(); }
+void writeDesktopEntry(const std::string& id, const std::string& name) {
+    writeFile(scratch("data/applications/" + id + ".desktop"),
+              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
+}
 
 }  // namespace
 
-MarzipelRun::MarzipelRun(const std::vector<std::string>& environment) {
-    keyboard_ = std::make_unique<MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
-                                              true, R"({"max": 3, "level": 2})");
+std::string scratch(const std::string& relative) {
+    return (dbustest::scratchFolder() / relative).string();
+}
+
+void writeDesktopEntries() {
+    writeDesktopEntry(kPlayer, "Test Player");
+    writeDesktopEntry(kOtherApp, "Other App");
+}
+
+std::vector<std::string> MarzipelRun::environment(
+    const std::vector<std::string>& environment) const {
+    std::vector<std::string> result{"HOME=" + home_.path().string(),
+                                    "XDG_DATA_HOME=" + scratch("data"),
+                                    "XDG_DATA_DIRS=/usr/local/share:/usr/share"};
+    result.insert(result.end(), environment.begin(), environment.end());
+    return result;
+}
+
+void MarzipelRun::start(const std::vector<std::string>& environment) {
     const auto documents = home_.path() / "Documents";
     std::filesystem::create_directories(documents);
     writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
@@ -29,27 +46,29 @@ MarzipelRun::MarzipelRun(const std::vector<std::string>& environment) {
 </dict></plist>
 )");
     debugLog_ = (documents / "Marzipel_debug.log").string();
-    std::vector<std::string> variables{"HOME=" + home_.path().string(),
-                                       "XDG_DATA_DIRS=/usr/local/share:/usr/share",
-                                       "XDG_RUNTIME_DIR=" + scratch("home/runtime")};
-    variables.insert(variables.end(), environment.begin(), environment.end());
-    program_ = Child({MARZIPEL_PROGRAM}, variables);
+    process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
     // The debug log is opened once the event loop runs, when the window source is in place.
-    EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
+    ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
         << "marzipel did not finish launching";
-}
-
-std::vector<int> MarzipelRun::keyboardLevelsSet() const {
-    std::vector<int> levels;
-    for (const auto& arguments : keyboard_->calls(kKeyboard, "SetBrightness"))
-        levels.push_back(arguments.value(0).toInt());
-    return levels;
 }
 
 bool MarzipelRun::logHas(const std::string& line) const {
     return readFile(debugLog_).find(line + "\n") != std::string::npos;
 }
 
+std::unique_ptr<dbustest::MockService> startKeyboardBacklight() {
+    return std::make_unique<dbustest::MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
+                                                   true, R"({"max": 3, "level": 2})");
+}
+
+std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard) {
+    std::vector<int> levels;
+    for (const auto& arguments :
+         keyboard.calls(QStringLiteral("/org/freedesktop/UPower/KbdBacklight"), "SetBrightness"))
+        levels.push_back(arguments.value(0).toInt());
+    return levels;
+}
+
 std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }
 
-}  // namespace marzipel::dbustest
+}  // namespace marzipel::programtest

@@ -8,34 +8,44 @@
 #include "support/child_process.h"
 #include "support/temp_folder.h"
 
-namespace marzipel::dbustest {
+namespace marzipel::programtest {
 
-/// The test player's app id; the settings of a run name it as the one trigger app.
+/// The trigger app of every run, and an app that is none.
 inline constexpr char kPlayer[] = "marzipel-test-player";
+inline constexpr char kOtherApp[] = "marzipel-test-other";
 
-/// The marzipel program as a user runs it, on this test program's buses and scratch folder:
-/// welcome done, the test player its trigger app, both actions on and the debug log on, a
-/// keyboard backlight behind a stand-in UPower (levels 0 to 3, now 2).
+/// A path under the test program's scratch folder, where its buses and its settings live.
+std::string scratch(const std::string& relative);
+
+/// Installs desktop entries for `kPlayer` and `kOtherApp` in the scratch folder's data home.
+void writeDesktopEntries();
+
+/// The marzipel program as a user runs it, on the test program's buses, with `kPlayer` as its
+/// trigger app, both features on and the debug log on; ended when this goes away.
 class MarzipelRun {
 public:
-    /// Starts the program with `environment` added to the test's ("NAME=value"); returns once it
-    /// has finished launching, else fails the test.
-    explicit MarzipelRun(const std::vector<std::string>& environment);
-    ~MarzipelRun() { program_.stop(); }
+    /// Starts it with `environment` added and waits until it has launched; fails the test when
+    /// it does not.
+    void start(const std::vector<std::string>& environment);
 
-    Child& program() { return program_; }
-    /// The levels the program set on the keyboard, oldest first.
-    std::vector<int> keyboardLevelsSet() const;
+    Child& process() { return process_; }
+    /// Whether the debug log has `line` as a whole line.
     bool logHas(const std::string& line) const;
+    /// The environment of a run, with `environment` added.
+    std::vector<std::string> environment(const std::vector<std::string>& environment) const;
 
 private:
-    std::unique_ptr<MockService> keyboard_;
     TempFolder home_;
     std::string debugLog_;
-    Child program_;
+    Child process_;
 };
+
+/// A stand-in UPower keyboard backlight with levels 0 to 3, now at 2.
+std::unique_ptr<dbustest::MockService> startKeyboardBacklight();
+/// The levels the program set on the stand-in UPower keyboard, oldest first.
+std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard);
 
 /// The user's GSettings keyfile, to see that a run leaves it as it was.
 std::string gsettingsKeyfile();
 
-}  // namespace marzipel::dbustest
+}  // namespace marzipel::programtest

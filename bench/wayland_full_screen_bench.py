@@ -1,0 +1,258 @@
+#!/usr/bin/python3
+"""Times full screen on a headless Wayland compositor: to marzipel's SetBrightness(0), and to a
+bare listener of the compositor's report, in one run.
+
+    /usr/bin/python3 bench/wayland_full_screen_bench.py [--build-dir build/dev] [--toggles 20]
+
+Builds marzipel and the tests' window program, starts a private session and system bus, the
+compositor (headless KWin), and a stand-in UPower keyboard backlight (python3-dbusmock). The
+window program plays the video player and is asked for full screen by a signal. First a bare
+listener takes marzipel's bus name and our compositor script reports to it: the time from the
+request to the report reaching it is the compositor's share. Then marzipel runs instead, and the
+time from the request to SetBrightness(0) reaching the stand-in UPower is the whole; the
+difference of the medians is marzipel's own share. What is particular to a compositor is in
+one class below, so that others can be added.
+"""
+import argparse
+import os
+import re
+import shutil
+import signal
+import statistics
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from linux_tray_bench import (ROOT, BrightnessCalls, Processes, percentile,  # noqa: E402
+                              start_with_ready_line, succeeds, wait_for)
+
+PLAYER = "marzipel-bench-player"
+KEYBOARD = ["--dest", "org.freedesktop.UPower", "--object-path",
+            "/org/freedesktop/UPower/KbdBacklight"]
+SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
+
+# Owns marzipel's bus name and prints the arrival time of every full-screen report, nothing else.
+LISTENER = r"""
+import sys, time, dbus, dbus.mainloop.glib
+from gi.repository import GLib
+dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+bus = dbus.SessionBus()
+bus.request_name("com.orsavelt.Marzipel")
+def heard(connection, message):
+    if message.get_member() == "ReportActiveWindow":
+        window = message.get_args_list()[0]
+        print(f"{time.time():.6f} {int(bool(window.get('fullScreen', False)))}", flush=True)
+bus.add_message_filter(heard)
+print("ready", flush=True)
+GLib.MainLoop().run()
+"""
+
+
+class KWin:
+    """Headless KWin on Wayland; our script is loaded through its Scripting interface."""
+
+    name = "KWin (kwin_wayland --virtual, QPainter)"
+    session = {"XDG_SESSION_TYPE": "wayland", "XDG_CURRENT_DESKTOP": "KDE"}
+
+    def start(self, processes, work):
+        # The packaged binary carries a file capability that a container may refuse; a copy has
+        # none. It finds its platform plugin only under its own name.
+        os.makedirs(f"{work}/bin")
+        shutil.copy(shutil.which("kwin_wayland"), f"{work}/bin/kwin_wayland")
+        processes.start([f"{work}/bin/kwin_wayland", "--virtual", "--width", "1280", "--height",
+                         "800", "--socket", "marzipel-bench"],
+                        env=dict(os.environ, KWIN_COMPOSE="Q"))
+        wait_for("KWin's scripting", lambda: succeeds(
+            "gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path", "/Scripting",
+            "--method", "org.kde.kwin.Scripting.isScriptLoaded", "none"))
+        return "marzipel-bench"
+
+    def load_script(self):
+        answer = subprocess.run(
+            ["gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path", "/Scripting",
+             "--method", "org.kde.kwin.Scripting.loadScript", SCRIPT, "marzipel"],
+            capture_output=True, text=True, check=True, timeout=10).stdout
+        script = answer.strip("()\n, ").split()[-1]
+        subprocess.run(["gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path",
+                        f"/{script}", "--method", "org.kde.kwin.Script.run"],
+                       check=True, stdout=subprocess.DEVNULL, timeout=10)
+
+    def unload_script(self):
+        subprocess.run(["gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path",
+                        "/Scripting", "--method", "org.kde.kwin.Scripting.unloadScript",
+                        "marzipel"], check=True, stdout=subprocess.DEVNULL, timeout=10)
+
+
+class Reports:
+    """The bare listener's lines: (time, full screen)."""
+
+    def __init__(self, processes):
+        self.heard = []
+        self.changed = threading.Condition()
+        listener = processes.start(["/usr/bin/python3", "-c", LISTENER], stdout=subprocess.PIPE,
+                                   text=True, bufsize=1)
+        if listener.stdout.readline().strip() != "ready":
+            raise RuntimeError("the bare listener did not start")
+        threading.Thread(target=self._read, args=(listener.stdout,), daemon=True).start()
+
+    def _read(self, stream):
+        for line in stream:
+            stamp, full_screen = line.split()
+            with self.changed:
+                self.heard.append((float(stamp), full_screen == "1"))
+                self.changed.notify_all()
+
+    def wait_for(self, full_screen, after, seconds=10.0):
+        with self.changed:
+            found = self.changed.wait_for(
+                lambda: next((h for h in self.heard[after:] if h[1] == full_screen), None),
+                seconds)
+        if not found:
+            raise TimeoutError("no report from the compositor")
+        return found[0]
+
+
+class MonitoredReports(Reports):
+    """The compositor's reports to marzipel as dbus-monitor on the session bus sees them pass:
+    (time, full screen)."""
+
+    def __init__(self, processes, address):
+        self.heard = []
+        self.changed = threading.Condition()
+        monitor = processes.start(
+            ["dbus-monitor", "--address", address,
+             "type='method_call',interface='com.orsavelt.Marzipel',member='ReportActiveWindow'"],
+            stdout=subprocess.PIPE, text=True, bufsize=1)
+        threading.Thread(target=self._parse, args=(monitor.stdout,), daemon=True).start()
+
+    def _parse(self, stream):
+        stamp, key = None, None
+        for line in stream:
+            header = re.match(r"method call time=(\d+\.\d+) .*member=ReportActiveWindow", line)
+            if header:
+                stamp = float(header.group(1))
+            elif '"fullScreen"' in line:
+                key = "fullScreen"
+            elif key and "boolean" in line and stamp is not None:
+                with self.changed:
+                    self.heard.append((stamp, line.split()[-1] == "true"))
+                    self.changed.notify_all()
+                stamp, key = None, None
+
+
+def toggle(player, times, seen, heard):
+    """Asks for full screen and back `times` times: `seen()` counts what was heard so far,
+    `heard(on, after)` waits for what follows and gives its time. The delays in ms."""
+    delays = []
+    for _ in range(times):
+        after = seen()
+        asked = time.time()
+        player.send_signal(signal.SIGUSR1)
+        delays.append(heard(True, after) - asked)
+        after = seen()
+        player.send_signal(signal.SIGUSR2)
+        heard(False, after)
+    return [1000 * delay for delay in delays]
+
+
+def figures(label, milliseconds):
+    print(f"  {label}: median {statistics.median(milliseconds):.2f} ms, 90th percentile "
+          f"{percentile(milliseconds, 0.9):.2f} ms, min {min(milliseconds):.2f} ms, "
+          f"max {max(milliseconds):.2f} ms")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--build-dir", default=os.path.join(ROOT, "build/dev"))
+    parser.add_argument("--toggles", type=int, default=20, help="full-screen toggles timed")
+    args = parser.parse_args()
+    if args.toggles < 1:
+        parser.error("--toggles must be at least 1")
+    subprocess.run(["cmake", "--build", args.build_dir, "--target", "marzipel",
+                    "marzipel_test_window"], check=True, stdout=subprocess.DEVNULL)
+    processes = Processes()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    with tempfile.TemporaryDirectory(prefix="marzipel-bench-") as work:
+        try:
+            run(args, processes, work, KWin())
+        finally:
+            processes.stop_all()
+
+
+def run(args, processes, work, compositor):
+    home = os.path.join(work, "home")
+    env = os.environ
+    env.update(HOME=home, XDG_CONFIG_HOME=f"{home}/.config", XDG_DATA_HOME=f"{home}/.local/share",
+               XDG_DATA_DIRS="/usr/local/share:/usr/share", XDG_RUNTIME_DIR=f"{work}/runtime")
+    env.pop("DISPLAY", None)
+    for folder in (f"{home}/.config/marzipel", f"{home}/.local/share/applications", f"{work}/runtime"):
+        os.makedirs(folder, mode=0o700, exist_ok=True)
+    with open(f"{home}/.local/share/applications/{PLAYER}.desktop", "w") as f:
+        f.write("[Desktop Entry]\nType=Application\nName=Bench Player\nExec=true\n")
+    with open(f"{home}/.config/marzipel/com.orsavelt.Marzipel.plist", "w") as f:
+        f.write('<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><dict>\n'
+                '<key>welcomeScreenShown</key><true/>\n<key>enabledApps</key><array><string>'
+                '{"id":"' + PLAYER + '","name":"Bench Player"}</string></array>\n'
+                '<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string>'
+                '</array>\n</dict></plist>\n')
+    for bus in ("session", "system"):
+        config = os.path.join(work, f"{bus}.conf")
+        with open(config, "w") as f:
+            f.write(f"<busconfig><type>{bus}</type><listen>unix:dir={work}</listen>"
+                    "<auth>EXTERNAL</auth><policy context='default'><allow user='*'/>"
+                    "<allow own='*'/><allow send_destination='*' eavesdrop='true'/>"
+                    "<allow eavesdrop='true'/></policy></busconfig>")
+        env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
+            processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
+    processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template",
+                     os.path.join(ROOT, "tests/integration/dbus/mocks/upower_kbd_backlight.py"),
+                     "--parameters", '{"max": 3, "level": 2}'])
+    wait_for("the stand-in UPower", lambda: succeeds(
+        "gdbus", "call", "--system", *KEYBOARD, "--method",
+        "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
+
+    env["WAYLAND_DISPLAY"] = compositor.start(processes, work)
+    env.update(compositor.session, QT_QPA_PLATFORM="wayland")
+    player = processes.start([os.path.join(args.build_dir, "tests/integration/marzipel_test_window"),
+                              PLAYER], stdout=subprocess.PIPE)
+    if player.stdout.readline().strip() != b"ready":
+        raise RuntimeError("the player window did not show")
+
+    reports = Reports(processes)
+    compositor.load_script()
+    bare = toggle(player, args.toggles, lambda: len(reports.heard), reports.wait_for)
+    compositor.unload_script()
+    processes.started[-1].terminate()
+    processes.started[-1].wait()
+
+    calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
+    passing = MonitoredReports(processes, env["DBUS_SESSION_BUS_ADDRESS"])
+    processes.start([os.path.join(args.build_dir, "src/app/marzipel")])
+    wait_for("marzipel's bus name", lambda: succeeds(
+        "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+        "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetNameOwner",
+        "com.orsavelt.Marzipel"))
+    time.sleep(2)  # start-up work after the name: the script's first reports, first paints
+    own = []
+
+    def dimmed(on, after):
+        level = calls.wait_for_level(0 if on else 2, after[0])[0]
+        if on:
+            own.append(1000 * (level - passing.wait_for(True, after[1])))
+        return level
+
+    whole = toggle(player, args.toggles, lambda: (len(calls.calls), len(passing.heard)), dimmed)
+
+    print(f"Full screen on {compositor.name}, {args.toggles} toggles of a Qt Wayland window\n")
+    figures("request -> the compositor's report at a bare listener", bare)
+    figures("request -> SetBrightness(0) at the stand-in UPower", whole)
+    print(f"  difference of the two medians: "
+          f"{statistics.median(whole) - statistics.median(bare):.2f} ms")
+    figures("marzipel's own share, the report passing on the bus -> SetBrightness(0)", own)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,41 @@
+#include "platform/linux/kwin_window_source.h"
+
+#include "platform/linux/bus_name_owner.h"
+#include "platform/linux/kwin_script.h"
+#include "platform/linux/marzipel_bus_service.h"
+#include "platform/linux/reported_windows.h"
+
+namespace marzipel {
+
+KWinWindowSource::KWinWindowSource(ReportedWindows& windows, MarzipelBusService& bus,
+                                   QString scriptPath, SystemLog& log,
+                                   std::function<void()> fullScreenReported)
+    : windows_(windows),
+      bus_(bus),
+      log_(log),
+      fullScreenReported_(std::move(fullScreenReported)),
+      kwin_(std::make_unique<BusNameOwner>(bus.bus(), QStringLiteral("org.kde.KWin"))),
+      script_(std::make_unique<KWinScript>(std::move(scriptPath), log, bus.bus())) {
+    bus_.acceptWindowReports(
+        *kwin_,
+        {[this](std::optional<ReportedWindow> window) { windows_.reportActive(std::move(window)); },
+         [this](std::vector<WindowIdentity> list) { windows_.reportWindows(std::move(list)); }});
+    kwin_->setChangedHandler([this](const QString& owner) { kwinChanged(owner); });
+    script_->start();
+}
+
+KWinWindowSource::~KWinWindowSource() { bus_.refuseWindowReports(); }
+
+void KWinWindowSource::kwinChanged(const QString& owner) {
+    if (!owner.isEmpty()) {
+        // A KWin that came back (the session restarts it after a crash) has no script.
+        script_->start();
+        return;
+    }
+    log_.error(kAppLogSubsystem, kAppLogCategory,
+               "KWin left the session bus: no window has focus until it is back");
+    windows_.reportWindows({});
+    windows_.reportActive(std::nullopt);
+}
+
+}  // namespace marzipel

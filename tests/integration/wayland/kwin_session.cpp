@@ -1,0 +1,109 @@
+#include "integration/wayland/kwin_session.h"
+
+#include <sys/stat.h>
+
+#include <csignal>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "platform/linux/dbus_call.h"
+
+namespace marzipel::waylandtest {
+namespace {
+
+const QString kKWin = QStringLiteral("org.kde.KWin");
+const dbus::Address kScripting{"org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting"};
+
+bool kwinOnBus() { return dbus::hasOwner(QDBusConnection::sessionBus(), kKWin); }
+
+/// KWin takes its name before it serves its scripting.
+bool scriptingUp() {
+    return dbus::call(QDBusConnection::sessionBus(), kScripting, "isScriptLoaded", {"none"})
+               .type() == QDBusMessage::ReplyMessage;
+}
+
+/// The local time `hours` from now as KWin's "hhmm".
+std::string kwinTimeFromNow(int hours) {
+    const std::time_t then = std::time(nullptr) + hours * 3600;
+    std::tm local{};
+    localtime_r(&then, &local);
+    char text[8];
+    std::strftime(text, sizeof text, "%H%M", &local);
+    return text;
+}
+
+}  // namespace
+
+KWinSession::KWinSession() {
+    // The packaged binary carries a file capability that a container may refuse to grant; a
+    // copy carries none. KWin finds its platform plugin only under its own name.
+    std::filesystem::create_directories(folder_.path() / "bin");
+    std::filesystem::copy_file(KWIN_PROGRAM, folder_.path() / "bin/kwin_wayland");
+    std::filesystem::create_directories(folder_.path() / "runtime");
+    chmod((folder_.path() / "runtime").c_str(), 0700);
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    if (!config) throw std::runtime_error("XDG_CONFIG_HOME is not set");
+    // Fixed hours (mode 2) from an hour ago to an hour from now: a filter on a schedule, which
+    // Marzipel hands back after full screen ("Constant" would count as switched on by hand).
+    std::filesystem::create_directories(config);
+    std::ofstream(std::filesystem::path(config) / "kwinrc")
+        << "[NightColor]\nActive=true\nMode=2\nNightTemperature=3500\nEveningBeginFixed="
+        << kwinTimeFromNow(-1) << "\nMorningBeginFixed=" << kwinTimeFromNow(1) << "\n";
+    ensureRunning();
+}
+
+std::vector<std::string> KWinSession::clientEnvironment(const std::string& platform) const {
+    return {"XDG_RUNTIME_DIR=" + (folder_.path() / "runtime").string(),
+            "WAYLAND_DISPLAY=marzipel-test", "QT_QPA_PLATFORM=" + platform};
+}
+
+void KWinSession::kill() {
+    ::kill(kwin_.pid(), SIGKILL);
+    kwin_.stop();
+    if (!waitHandling([] { return !kwinOnBus(); }))
+        throw std::runtime_error("KWin stays on the bus");
+}
+
+void KWinSession::ensureRunning() {
+    if (kwin_.running() && kwinOnBus()) return;
+    // QPainter compositing: no GPU here.
+    kwin_ = Child({(folder_.path() / "bin/kwin_wayland").string(), "--virtual", "--width", "1280",
+                   "--height", "800", "--socket", "marzipel-test"},
+                  {"XDG_RUNTIME_DIR=" + (folder_.path() / "runtime").string(), "KWIN_COMPOSE=Q"});
+    if (!waitHandling(scriptingUp)) throw std::runtime_error("KWin did not come up");
+}
+
+Child KWinSession::openWindow(const std::string& appId) const {
+    Child window;
+    startAndReadLine(window, {TEST_WINDOW_PROGRAM, appId}, clientEnvironment());
+    return window;
+}
+
+std::string KWinSession::runScript(const std::string& source, bool keepLoaded) {
+    const std::string name = "marzipel-test-" + std::to_string(++scripts_);
+    const std::filesystem::path file = folder_.path() / (name + ".js");
+    std::ofstream(file) << source;
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    const std::optional<QVariant> id =
+        dbus::firstResult(dbus::call(bus, kScripting, "loadScript",
+                                     {QString::fromStdString(file), QString::fromStdString(name)}));
+    if (!id || id->toInt() < 0) throw std::runtime_error("KWin did not load " + name);
+    const QDBusMessage ran = dbus::call(
+        bus, {kScripting.service, QStringLiteral("/%1").arg(id->toInt()), "org.kde.kwin.Script"},
+        "run");
+    if (ran.type() != QDBusMessage::ReplyMessage)
+        throw std::runtime_error("KWin did not run " + name + ": " + dbus::errorText(ran));
+    // KWin 5.27 numbers a script by how many are loaded: one left loaded would share its
+    // object path with a script loaded after another one is unloaded.
+    if (!keepLoaded) unloadScript(name);
+    return name;
+}
+
+void KWinSession::unloadScript(const std::string& name) {
+    dbus::call(QDBusConnection::sessionBus(), kScripting, "unloadScript",
+               {QString::fromStdString(name)});
+}
+
+}  // namespace marzipel::waylandtest
