@@ -35,7 +35,7 @@ protected:
             {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
         x_ = std::make_unique<XSession>();
         colorDaemon_ = std::make_unique<Child>();
-        dbustest::startColorDaemon(*colorDaemon_, x_->display(), scratch("home"));
+        dbustest::startColorDaemon(*colorDaemon_, "DISPLAY=" + x_->display(), scratch("home"));
     }
     static void TearDownTestSuite() {
         colorDaemon_.reset();
