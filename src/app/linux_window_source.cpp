@@ -9,6 +9,7 @@
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/linux/linux_power_assertions.h"
 #include "platform/linux/reported_windows.h"
+#include "platform/linux/sway_window_source.h"
 #include "platform/linux/x11_space_monitor.h"
 #include "platform/linux/x11_workspace.h"
 
@@ -47,8 +48,12 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
                       "Watching windows through X11: " + choice.reason);
             startX11(log, brightness, powerAssertions);
             return;
-        case WindowSourceKind::kwin:
         case WindowSourceKind::sway:
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Watching windows through Sway's IPC socket: " + choice.reason);
+            startSway(log);
+            return;
+        case WindowSourceKind::kwin:
         case WindowSourceKind::gnomeShell:
         case WindowSourceKind::none:
             log.error(kAppLogSubsystem, kAppLogCategory,
@@ -73,6 +78,14 @@ void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& 
     });
     spaceMonitor_ = x11SpaceMonitor_.get();
     workspace_ = x11Workspace_.get();
+}
+
+void LinuxWindowSource::startSway(SystemLog& log) {
+    reported_ = std::make_unique<ReportedWindows>(entries_);
+    sway_ = std::make_unique<SwayWindowSource>(*reported_, log);
+    sway_->start(environment("SWAYSOCK"));
+    spaceMonitor_ = reported_.get();
+    workspace_ = reported_.get();
 }
 
 void LinuxWindowSource::startUnsupported() {

@@ -13,6 +13,7 @@ namespace marzipel {
 class LinuxBrightnessServiceFactory;
 class LinuxPowerAssertions;
 class ReportedWindows;
+class SwayWindowSource;
 class X11SpaceMonitor;
 class X11Workspace;
 
@@ -36,12 +37,14 @@ public:
 private:
     void startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
                   LinuxPowerAssertions& powerAssertions);
+    void startSway(SystemLog& log);
     void startUnsupported();
 
     const DesktopEntries& entries_;
     std::unique_ptr<X11Workspace> x11Workspace_;
     std::unique_ptr<X11SpaceMonitor> x11SpaceMonitor_;
     std::unique_ptr<ReportedWindows> reported_;
+    std::unique_ptr<SwayWindowSource> sway_;
     SpaceMonitor* spaceMonitor_ = nullptr;
     Workspace* workspace_ = nullptr;
 };
