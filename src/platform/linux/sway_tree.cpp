@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include <limits>
-#include <ranges>
 
 namespace marzipel {
 
@@ -76,7 +75,8 @@ std::optional<SwayTree> parseSwayTree(std::string_view jsonText) {
         for (const char* children : {"floating_nodes", "nodes"}) {
             const json* list = member(node, children);
             if (!list || !list->is_array()) continue;
-            for (const json& child : *list | std::views::reverse) stack.push_back(&child);
+            for (auto child = list->crbegin(); child != list->crend(); ++child)
+                stack.push_back(&*child);
         }
     }
     return tree;
