@@ -17,7 +17,8 @@ public:
 
     const std::string& ipcSocket() const { return ipcSocket_; }
     /// A Wayland client of this session, showing the test window program with `appId`;
-    /// returns when the window is painted. Throws when it is not.
+    /// returns when the window is painted, which may be before Sway shows it. Throws when it
+    /// is not painted.
     Child startWindow(const std::string& appId);
     /// Runs one Sway command through swaymsg, as a user would; throws when it fails.
     void command(const std::string& text);

@@ -122,6 +122,7 @@ TEST_F(SwayWindowSourceTest, ListsScratchpadWindowsAndFollowsWorkspaces) {
     session.command("workspace 2");
     EXPECT_TRUE(posted(0, true));
     Child other = session.startWindow("org.example.Other");
+    EXPECT_TRUE(posted(other.pid(), true));
     session.command("[app_id=org.example.Other] fullscreen enable");
     EXPECT_TRUE(posted(other.pid(), false));
     for (const pid_t window : {player.pid(), other.pid(), player.pid()}) {
