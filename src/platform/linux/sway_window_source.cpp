@@ -2,7 +2,7 @@
 
 #include <QLocalSocket>
 
-#include <algorithm>
+#include <utility>
 
 #include "platform/linux/reported_windows.h"
 #include "platform/linux/sway_tree.h"
@@ -54,8 +54,7 @@ void SwayWindowSource::send(SwayMessageType type, std::string_view payload) {
 }
 
 void SwayWindowSource::askForTree() {
-    if (treesAsked_ > 0) return;
-    ++treesAsked_;
+    if (std::exchange(treeAsked_, true)) return;
     send(SwayMessageType::getTree, {});
 }
 
@@ -83,7 +82,7 @@ bool SwayWindowSource::handle(const SwayMessage& message) {
         case SwayMessageType::getTree: {
             const std::optional<SwayTree> tree = parseSwayTree(message.payload);
             if (!tree) return false;
-            treesAsked_ = std::max(treesAsked_ - 1, 0);
+            treeAsked_ = false;
             activeId_ = tree->focused ? tree->focused->id : 0;
             windows_.reportWindows(tree->windows);
             windows_.reportActive(reported(tree->focused));

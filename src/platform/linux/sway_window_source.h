@@ -43,8 +43,8 @@ private:
     std::unique_ptr<QLocalSocket> socket_;
     SwayIpcReader reader_;
     std::string path_;
-    /// Trees asked for and not yet read: an event read meanwhile is already in their answer.
-    int treesAsked_ = 0;
+    /// A tree is asked for and not yet read: an event read meanwhile is already in its answer.
+    bool treeAsked_ = false;
     std::int64_t activeId_ = 0;
     bool lost_ = false;
 };
