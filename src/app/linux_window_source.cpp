@@ -14,6 +14,7 @@
 #include "platform/linux/linux_power_assertions.h"
 #include "platform/linux/marzipel_bus_service.h"
 #include "platform/linux/reported_windows.h"
+#include "platform/linux/sway_window_source.h"
 #include "platform/linux/x11_space_monitor.h"
 #include "platform/linux/x11_workspace.h"
 
@@ -55,23 +56,31 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
                                      const DesktopEntries& entries, SystemLog& log,
                                      LinuxBrightnessServiceFactory& brightness,
                                      LinuxPowerAssertions& powerAssertions, MarzipelBusService* bus)
-    : entries_(entries) {
+    : entries_(entries), readAhead_([&brightness, &powerAssertions] {
+          brightness.readAhead();
+          powerAssertions.readAhead();
+      }) {
     switch (choice.kind) {
         case WindowSourceKind::x11:
             log.error(kAppLogSubsystem, kAppLogCategory,
                       "Watching windows through X11: " + choice.reason);
-            startX11(log, brightness, powerAssertions);
+            startX11(log);
+            return;
+        case WindowSourceKind::sway:
+            log.error(kAppLogSubsystem, kAppLogCategory,
+                      "Watching windows through Sway's IPC socket: " + choice.reason);
+            startSway(log);
             return;
         case WindowSourceKind::gnomeShell:
             log.error(kAppLogSubsystem, kAppLogCategory,
                       "Watching windows through GNOME Shell: " + choice.reason);
-            startGnomeShell(log, brightness, powerAssertions);
+            startGnomeShell(log);
             return;
         case WindowSourceKind::kwin:
             if (bus) {
                 log.error(kAppLogSubsystem, kAppLogCategory,
                           "Watching windows through a KWin script: " + choice.reason);
-                startKWin(log, *bus, brightness, powerAssertions);
+                startKWin(log, *bus);
                 return;
             }
             log.error(kAppLogSubsystem, kAppLogCategory,
@@ -79,7 +88,6 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
                           ", but no session bus to hear KWin on");
             startUnsupported();
             return;
-        case WindowSourceKind::sway:
         case WindowSourceKind::none:
             log.error(kAppLogSubsystem, kAppLogCategory,
                       "Full screen cannot be seen in this session: " + choice.reason);
@@ -90,48 +98,40 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
 
 LinuxWindowSource::~LinuxWindowSource() = default;
 
-void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus,
-                                  LinuxBrightnessServiceFactory& brightness,
-                                  LinuxPowerAssertions& powerAssertions) {
-    reported_ = std::make_unique<ReportedWindows>(entries_);
-    spaceMonitor_ = reported_.get();
-    workspace_ = reported_.get();
-    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log,
-                                               [&brightness, &powerAssertions] {
-                                                   brightness.readAhead();
-                                                   powerAssertions.readAhead();
-                                               });
-}
-
-void LinuxWindowSource::startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
-                                 LinuxPowerAssertions& powerAssertions) {
+void LinuxWindowSource::startX11(SystemLog& log) {
     x11Workspace_ = std::make_unique<X11Workspace>(entries_);
     // After what its read-ahead handlers reach, so that it goes first.
     x11SpaceMonitor_ = std::make_unique<X11SpaceMonitor>(log);
     x11SpaceMonitor_->setChangeArrivingHandler(
         [workspace = x11Workspace_.get()](std::uint32_t window) { workspace->readAhead(window); });
-    x11SpaceMonitor_->setFullScreenLikelyHandler([&brightness, &powerAssertions] {
-        brightness.readAhead();
-        powerAssertions.readAhead();
-    });
+    x11SpaceMonitor_->setFullScreenLikelyHandler(readAhead_);
     spaceMonitor_ = x11SpaceMonitor_.get();
     workspace_ = x11Workspace_.get();
 }
 
-void LinuxWindowSource::startGnomeShell(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
-                                        LinuxPowerAssertions& powerAssertions) {
-    reported_ = std::make_unique<ReportedWindows>(entries_);
+void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus) {
+    useReportedWindows();
+    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log, readAhead_);
+}
+
+void LinuxWindowSource::startGnomeShell(SystemLog& log) {
+    useReportedWindows();
     gnomeShell_ = std::make_unique<GnomeShellWindows>(*reported_, log);
-    gnomeShell_->setFullScreenLikelyHandler([&brightness, &powerAssertions] {
-        brightness.readAhead();
-        powerAssertions.readAhead();
-    });
-    spaceMonitor_ = reported_.get();
-    workspace_ = reported_.get();
+    gnomeShell_->setFullScreenLikelyHandler(readAhead_);
+}
+
+void LinuxWindowSource::startSway(SystemLog& log) {
+    useReportedWindows();
+    sway_ = std::make_unique<SwayWindowSource>(*reported_, log);
+    sway_->start(environment("SWAYSOCK"));
 }
 
 void LinuxWindowSource::startUnsupported() {
     showDesktopNotification("Marzipel cannot see full screen in this session", kWorkingSessions);
+    useReportedWindows();
+}
+
+void LinuxWindowSource::useReportedWindows() {
     reported_ = std::make_unique<ReportedWindows>(entries_);
     spaceMonitor_ = reported_.get();
     workspace_ = reported_.get();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 #include "app/window_source_choice.h"
@@ -17,6 +18,7 @@ class LinuxBrightnessServiceFactory;
 class LinuxPowerAssertions;
 class MarzipelBusService;
 class ReportedWindows;
+class SwayWindowSource;
 class X11SpaceMonitor;
 class X11Workspace;
 
@@ -39,21 +41,23 @@ public:
     Workspace& workspace() { return *workspace_; }
 
 private:
-    void startX11(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
-                  LinuxPowerAssertions& powerAssertions);
-    void startGnomeShell(SystemLog& log, LinuxBrightnessServiceFactory& brightness,
-                         LinuxPowerAssertions& powerAssertions);
-    void startKWin(SystemLog& log, MarzipelBusService& bus,
-                   LinuxBrightnessServiceFactory& brightness,
-                   LinuxPowerAssertions& powerAssertions);
+    void startX11(SystemLog& log);
+    void startGnomeShell(SystemLog& log);
+    void startKWin(SystemLog& log, MarzipelBusService& bus);
+    void startSway(SystemLog& log);
+    /// Where the Wayland sources report to.
+    void useReportedWindows();
     void startUnsupported();
 
     const DesktopEntries& entries_;
+    /// Asks the desktop's services ahead, when a window may have gone full screen.
+    std::function<void()> readAhead_;
     std::unique_ptr<X11Workspace> x11Workspace_;
     std::unique_ptr<X11SpaceMonitor> x11SpaceMonitor_;
     std::unique_ptr<ReportedWindows> reported_;
     std::unique_ptr<GnomeShellWindows> gnomeShell_;
     std::unique_ptr<KWinWindowSource> kwin_;
+    std::unique_ptr<SwayWindowSource> sway_;
     SpaceMonitor* spaceMonitor_ = nullptr;
     Workspace* workspace_ = nullptr;
 };

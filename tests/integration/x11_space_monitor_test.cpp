@@ -2,30 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QTimer>
-
 #include <filesystem>
 #include <utility>
 
 #include "platform/linux/x11_workspace.h"
 #include "platform/sim/sim_basics.h"
+#include "support/event_loop_wait.h"
 #include "support/fake_desktop_entries.h"
 #include "x_session.h"
 
 namespace marzipel {
 namespace {
-
-/// Runs the Qt event loop until `condition` holds or `timeout` has passed.
-bool processEventsUntil(const std::function<bool()>& condition,
-                        std::chrono::milliseconds timeout = 5s) {
-    QTimer deadline;
-    deadline.setSingleShot(true);
-    deadline.start(timeout);
-    while (!condition() && deadline.isActive())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return condition();
-}
 
 /// What the monitor answered inside its handler, and which window was active then.
 struct Post {
