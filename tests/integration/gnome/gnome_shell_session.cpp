@@ -3,14 +3,12 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 
@@ -68,16 +66,15 @@ GnomeShellSession::GnomeShellSession(const std::vector<std::string>& desktopEntr
                   "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=true\n");
     install(GNOME_SHELL_EXTENSION, dataHome());
     switchOnInUsersKeys();
-    std::filesystem::create_directories(scratch("home/runtime"));
-    std::filesystem::permissions(scratch("home/runtime"), std::filesystem::perms::owner_all);
+    makeRuntimeFolder(scratch("home/runtime"));
     logind_ = std::make_unique<MockService>("logind", "org.freedesktop.login1", true);
-    shell_ = Child({GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
-                    kWaylandDisplay, "--virtual-monitor", "1280x800"},
-                   {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome(),
-                    "HOME=" + scratch("home")});
-    if (!waitUntil([&] { return !shell_.running() || extensionState() == 1; }, 30s) ||
-        !shell_.running())
-        throw std::runtime_error("GNOME Shell did not come up with the extension on");
+    startServer(
+        shell_,
+        {GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
+         kWaylandDisplay, "--virtual-monitor", "1280x800"},
+        {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome(),
+         "HOME=" + scratch("home")},
+        [&] { return extensionState() == 1; }, 30s);
     leaveOverview();
 }
 
@@ -87,8 +84,10 @@ GnomeShellSession::~GnomeShellSession() {
 }
 
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {
-    return {"QT_QPA_PLATFORM=wayland", displayVariable(),
-            "XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome()};
+    std::vector<std::string> result =
+        waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
+    result.push_back("XDG_DATA_HOME=" + dataHome());
+    return result;
 }
 
 std::string GnomeShellSession::displayVariable() const {
@@ -97,8 +96,8 @@ std::string GnomeShellSession::displayVariable() const {
 
 std::string GnomeShellSession::dataHome() const { return scratch("data"); }
 
-void GnomeShellSession::startWindow(Child& window, const std::string& appId) const {
-    startAndReadLine(window, {TEST_WINDOW_PROGRAM, appId}, clientEnvironment(), 20s);
+Child GnomeShellSession::startWindow(const std::string& appId) const {
+    return startTestWindow(appId, clientEnvironment(), 20s);
 }
 
 int GnomeShellSession::extensionState() const {
@@ -111,23 +110,6 @@ int GnomeShellSession::extensionState() const {
 bool GnomeShellSession::switchExtension(bool on) const {
     callExtensions(on ? QStringLiteral("EnableExtension") : QStringLiteral("DisableExtension"));
     return waitUntil([&] { return (extensionState() == 1) == on; });
-}
-
-bool settle(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-    return waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return condition();
-        },
-        timeout);
-}
-
-bool signalUntil(pid_t process, int signal, const std::function<bool()>& condition) {
-    for (int attempt = 0; attempt < 5; ++attempt) {
-        kill(process, signal);
-        if (settle(condition, 2s)) return true;
-    }
-    return false;
 }
 
 namespace {
