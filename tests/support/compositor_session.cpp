@@ -20,9 +20,12 @@ void startServer(Child& server, const std::vector<std::string>& argv,
                  const std::vector<std::string>& environment, const std::function<bool()>& ready,
                  std::chrono::milliseconds timeout) {
     server = Child(argv, environment);
-    if (!processEventsUntil([&] { return !server.running() || ready(); }, timeout) ||
-        !server.running())
-        throw std::runtime_error(argv.front() + " did not come up");
+    if (processEventsUntil([&] { return !server.running() || ready(); }, timeout) &&
+        server.running())
+        return;
+    std::string command;
+    for (const std::string& argument : argv) command += argument + " ";
+    throw std::runtime_error(command + "did not come up");
 }
 
 std::vector<std::string> waylandClientEnvironment(const std::filesystem::path& runtime,

@@ -4,42 +4,31 @@
 #include <gtest/gtest.h>
 
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/linux/dbus_call.h"
 #include "platform/linux/gnome_shell_windows.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::dbustest {
 namespace {
 
-const QString kShell = QStringLiteral("org.gnome.Shell");
+const dbus::Address kShell{"org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell"};
+const dbus::Address kExtensions{kShell.service, kShell.path, "org.gnome.Shell.Extensions"};
 const QString kUuid = QString::fromLatin1(kGnomeShellExtensionUuid);
 constexpr char kWaylandDisplay[] = "marzipel-test-gnome";
 
 std::string scratch(const std::string& relative) { return (scratchFolder() / relative).string(); }
 
-QDBusMessage callShell(const QString& service, const QString& path, const QString& interface,
-                       const QString& method, const QVariantList& arguments = {}) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
-}
-
 QDBusMessage callExtensions(const QString& method) {
-    return callShell(kShell, "/org/gnome/Shell", "org.gnome.Shell.Extensions", method, {kUuid});
+    return dbus::call(QDBusConnection::sessionBus(), kExtensions, method, {kUuid});
 }
 
 bool overviewShown() {
-    const QDBusMessage reply =
-        callShell(kShell, "/org/gnome/Shell", "org.freedesktop.DBus.Properties", "Get",
-                  {kShell, QStringLiteral("OverviewActive")});
-    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+    const auto shown = dbus::property(QDBusConnection::sessionBus(), kShell, "OverviewActive");
+    return shown && shown->toBool();
 }
 
 void switchOnInUsersKeys() {
@@ -101,10 +90,9 @@ Child GnomeShellSession::startWindow(const std::string& appId) const {
 }
 
 int GnomeShellSession::extensionState() const {
-    const QDBusMessage reply = callExtensions(QStringLiteral("GetExtensionInfo"));
-    if (reply.type() != QDBusMessage::ReplyMessage) return 0;
-    const auto info = qdbus_cast<QVariantMap>(reply.arguments().value(0).value<QDBusArgument>());
-    return info.value(QStringLiteral("state")).toInt();
+    const auto info = dbus::firstResult(callExtensions(QStringLiteral("GetExtensionInfo")));
+    if (!info) return 0;
+    return qdbus_cast<QVariantMap>(info->value<QDBusArgument>()).value("state").toInt();
 }
 
 bool GnomeShellSession::switchExtension(bool on) const {
@@ -141,19 +129,18 @@ GnomeShellSession& gnomeShell() { return *Environment::session; }
 void GnomeShellSession::leaveOverview() const {
     // It is shown once the start-up animation has run.
     if (!waitUntil(overviewShown)) throw std::runtime_error("the overview did not show");
+    const QDBusConnection bus = QDBusConnection::sessionBus();
     const QString service = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
-    const QDBusMessage created = callShell(service, "/org/gnome/Mutter/RemoteDesktop", service,
-                                           QStringLiteral("CreateSession"));
-    const QString session = created.arguments().value(0).value<QDBusObjectPath>().path();
-    const QString interface = service + QStringLiteral(".Session");
+    const auto created = dbus::firstResult(
+        dbus::call(bus, {service, "/org/gnome/Mutter/RemoteDesktop", service}, "CreateSession"));
+    const dbus::Address session{service, created ? created->value<QDBusObjectPath>().path() : "",
+                                service + ".Session"};
     constexpr unsigned kEscape = 1;  // evdev KEY_ESC
-    callShell(service, session, interface, QStringLiteral("Start"));
-    callShell(service, session, interface, QStringLiteral("NotifyKeyboardKeycode"),
-              {kEscape, true});
-    callShell(service, session, interface, QStringLiteral("NotifyKeyboardKeycode"),
-              {kEscape, false});
+    dbus::call(bus, session, "Start");
+    for (const bool pressed : {true, false})
+        dbus::call(bus, session, "NotifyKeyboardKeycode", {kEscape, pressed});
     const bool left = waitUntil([] { return !overviewShown(); });
-    callShell(service, session, interface, QStringLiteral("Stop"));
+    dbus::call(bus, session, "Stop");
     if (!left) throw std::runtime_error("the overview stayed");
 }
 
