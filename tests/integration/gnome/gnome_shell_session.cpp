@@ -5,6 +5,7 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 
@@ -37,6 +38,20 @@ void switchOnInUsersKeys() {
     g_settings_set_strv(settings, "enabled-extensions", enabled);
     g_settings_sync();
     g_object_unref(settings);
+}
+
+/// Whether the user's keys, as last written, name the extension under `key` of the shell's.
+bool namedInUsersKeys(const char* key) {
+    GKeyFile* keys = g_key_file_new();
+    gchar* value =
+        g_key_file_load_from_file(keys, scratch("config/glib-2.0/settings/keyfile").c_str(),
+                                  G_KEY_FILE_NONE, nullptr)
+            ? g_key_file_get_value(keys, "org/gnome/shell", key, nullptr)
+            : nullptr;
+    const bool named = value && std::strstr(value, kGnomeShellExtensionUuid);
+    g_free(value);
+    g_key_file_free(keys);
+    return named;
 }
 
 void install(const std::filesystem::path& extension, const std::filesystem::path& dataHome) {
@@ -97,7 +112,12 @@ int GnomeShellSession::extensionState() const {
 
 bool GnomeShellSession::switchExtension(bool on) const {
     callExtensions(on ? QStringLiteral("EnableExtension") : QStringLiteral("DisableExtension"));
-    return waitUntil([&] { return (extensionState() == 1) == on; });
+    // The shell writes the user's keys after it says it is done: a test that compares them
+    // must not see them change under it.
+    return waitUntil([&] {
+        return (extensionState() == 1) == on && namedInUsersKeys("enabled-extensions") == on &&
+               namedInUsersKeys("disabled-extensions") != on;
+    });
 }
 
 namespace {

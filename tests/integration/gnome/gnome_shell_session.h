@@ -29,7 +29,8 @@ public:
     Child startWindow(const std::string& appId) const;
     /// The extension's state as the shell reports it (1 is on); 0 when it does not know it.
     int extensionState() const;
-    /// Switches the extension as the Extensions app does; true once the shell says it is done.
+    /// Switches the extension as the Extensions app does; true once the shell says it is done
+    /// and has written the user's keys.
     bool switchExtension(bool on) const;
 
 private:
