@@ -9,6 +9,8 @@
 #include <cmath>
 #include <ctime>
 
+#include "support/compositor_session.h"
+
 namespace marzipel::dbustest {
 namespace {
 
@@ -51,8 +53,7 @@ void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys) {
 bool startColorDaemon(Child& daemon, const std::string& displayVariable,
                       const std::filesystem::path& home) {
     const std::filesystem::path runtime = home / "runtime";
-    std::filesystem::create_directories(runtime);
-    std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
+    makeRuntimeFolder(runtime);
     // Now and then gsd-color takes its name and gives it up again at once ("lost name, so
     // exiting"), ending with status 0; only a fresh start helps. A daemon that was just stopped
     // may also still hold the name for a moment.

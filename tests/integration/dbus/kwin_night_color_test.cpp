@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QTime>
 
 #include "mock_service.h"
+#include "support/event_loop_wait.h"
 #include "test_world.h"
 
 namespace marzipel::dbustest {
@@ -27,10 +27,7 @@ TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) 
 
     MockService kwin("kwin_night_color", kKWin, false, R"({"plasma": 6, "cookie": 7})");
     EXPECT_TRUE(kwin.calls(kPlasma6Path, "inhibit").empty());
-    ASSERT_TRUE(waitUntil([&] {
-        QCoreApplication::processEvents();
-        return service->getBlueLightStatus().enabled;
-    }));
+    ASSERT_TRUE(processEventsUntil([&] { return service->getBlueLightStatus().enabled; }));
     service->setEnabled(false);
     EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 1u);
     EXPECT_TRUE(log.entries.empty());

@@ -3,45 +3,33 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusVariant>
-#include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/linux/dbus_call.h"
 #include "platform/linux/gnome_shell_windows.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::dbustest {
 namespace {
 
-const QString kShell = QStringLiteral("org.gnome.Shell");
+const dbus::Address kShell{"org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell"};
+const dbus::Address kExtensions{kShell.service, kShell.path, "org.gnome.Shell.Extensions"};
 const QString kUuid = QString::fromLatin1(kGnomeShellExtensionUuid);
 constexpr char kWaylandDisplay[] = "marzipel-test-gnome";
 
 std::string scratch(const std::string& relative) { return (scratchFolder() / relative).string(); }
 
-QDBusMessage callShell(const QString& service, const QString& path, const QString& interface,
-                       const QString& method, const QVariantList& arguments = {}) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
-}
-
 QDBusMessage callExtensions(const QString& method) {
-    return callShell(kShell, "/org/gnome/Shell", "org.gnome.Shell.Extensions", method, {kUuid});
+    return dbus::call(QDBusConnection::sessionBus(), kExtensions, method, {kUuid});
 }
 
 bool overviewShown() {
-    const QDBusMessage reply =
-        callShell(kShell, "/org/gnome/Shell", "org.freedesktop.DBus.Properties", "Get",
-                  {kShell, QStringLiteral("OverviewActive")});
-    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+    const auto shown = dbus::property(QDBusConnection::sessionBus(), kShell, "OverviewActive");
+    return shown && shown->toBool();
 }
 
 void switchOnInUsersKeys() {
@@ -50,6 +38,20 @@ void switchOnInUsersKeys() {
     g_settings_set_strv(settings, "enabled-extensions", enabled);
     g_settings_sync();
     g_object_unref(settings);
+}
+
+/// Whether the user's keys, as last written, name the extension under `key` of the shell's.
+bool namedInUsersKeys(const char* key) {
+    GKeyFile* keys = g_key_file_new();
+    gchar* value =
+        g_key_file_load_from_file(keys, scratch("config/glib-2.0/settings/keyfile").c_str(),
+                                  G_KEY_FILE_NONE, nullptr)
+            ? g_key_file_get_value(keys, "org/gnome/shell", key, nullptr)
+            : nullptr;
+    const bool named = value && std::strstr(value, kGnomeShellExtensionUuid);
+    g_free(value);
+    g_key_file_free(keys);
+    return named;
 }
 
 void install(const std::filesystem::path& extension, const std::filesystem::path& dataHome) {
@@ -68,16 +70,15 @@ GnomeShellSession::GnomeShellSession(const std::vector<std::string>& desktopEntr
                   "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=true\n");
     install(GNOME_SHELL_EXTENSION, dataHome());
     switchOnInUsersKeys();
-    std::filesystem::create_directories(scratch("home/runtime"));
-    std::filesystem::permissions(scratch("home/runtime"), std::filesystem::perms::owner_all);
+    makeRuntimeFolder(scratch("home/runtime"));
     logind_ = std::make_unique<MockService>("logind", "org.freedesktop.login1", true);
-    shell_ = Child({GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
-                    kWaylandDisplay, "--virtual-monitor", "1280x800"},
-                   {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome(),
-                    "HOME=" + scratch("home")});
-    if (!waitUntil([&] { return !shell_.running() || extensionState() == 1; }, 30s) ||
-        !shell_.running())
-        throw std::runtime_error("GNOME Shell did not come up with the extension on");
+    startServer(
+        shell_,
+        {GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
+         kWaylandDisplay, "--virtual-monitor", "1280x800"},
+        {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome(),
+         "HOME=" + scratch("home")},
+        [&] { return extensionState() == 1; }, 30s);
     leaveOverview();
 }
 
@@ -87,8 +88,10 @@ GnomeShellSession::~GnomeShellSession() {
 }
 
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {
-    return {"QT_QPA_PLATFORM=wayland", displayVariable(),
-            "XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome()};
+    std::vector<std::string> result =
+        waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
+    result.push_back("XDG_DATA_HOME=" + dataHome());
+    return result;
 }
 
 std::string GnomeShellSession::displayVariable() const {
@@ -97,37 +100,24 @@ std::string GnomeShellSession::displayVariable() const {
 
 std::string GnomeShellSession::dataHome() const { return scratch("data"); }
 
-void GnomeShellSession::startWindow(Child& window, const std::string& appId) const {
-    startAndReadLine(window, {TEST_WINDOW_PROGRAM, appId}, clientEnvironment(), 20s);
+Child GnomeShellSession::startWindow(const std::string& appId) const {
+    return startTestWindow(appId, clientEnvironment(), 20s);
 }
 
 int GnomeShellSession::extensionState() const {
-    const QDBusMessage reply = callExtensions(QStringLiteral("GetExtensionInfo"));
-    if (reply.type() != QDBusMessage::ReplyMessage) return 0;
-    const auto info = qdbus_cast<QVariantMap>(reply.arguments().value(0).value<QDBusArgument>());
-    return info.value(QStringLiteral("state")).toInt();
+    const auto info = dbus::firstResult(callExtensions(QStringLiteral("GetExtensionInfo")));
+    if (!info) return 0;
+    return qdbus_cast<QVariantMap>(info->value<QDBusArgument>()).value("state").toInt();
 }
 
 bool GnomeShellSession::switchExtension(bool on) const {
     callExtensions(on ? QStringLiteral("EnableExtension") : QStringLiteral("DisableExtension"));
-    return waitUntil([&] { return (extensionState() == 1) == on; });
-}
-
-bool settle(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-    return waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return condition();
-        },
-        timeout);
-}
-
-bool signalUntil(pid_t process, int signal, const std::function<bool()>& condition) {
-    for (int attempt = 0; attempt < 5; ++attempt) {
-        kill(process, signal);
-        if (settle(condition, 2s)) return true;
-    }
-    return false;
+    // The shell writes the user's keys after it says it is done: a test that compares them
+    // must not see them change under it.
+    return waitUntil([&] {
+        return (extensionState() == 1) == on && namedInUsersKeys("enabled-extensions") == on &&
+               namedInUsersKeys("disabled-extensions") != on;
+    });
 }
 
 namespace {
@@ -159,19 +149,18 @@ GnomeShellSession& gnomeShell() { return *Environment::session; }
 void GnomeShellSession::leaveOverview() const {
     // It is shown once the start-up animation has run.
     if (!waitUntil(overviewShown)) throw std::runtime_error("the overview did not show");
+    const QDBusConnection bus = QDBusConnection::sessionBus();
     const QString service = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
-    const QDBusMessage created = callShell(service, "/org/gnome/Mutter/RemoteDesktop", service,
-                                           QStringLiteral("CreateSession"));
-    const QString session = created.arguments().value(0).value<QDBusObjectPath>().path();
-    const QString interface = service + QStringLiteral(".Session");
+    const auto created = dbus::firstResult(
+        dbus::call(bus, {service, "/org/gnome/Mutter/RemoteDesktop", service}, "CreateSession"));
+    const dbus::Address session{service, created ? created->value<QDBusObjectPath>().path() : "",
+                                service + ".Session"};
     constexpr unsigned kEscape = 1;  // evdev KEY_ESC
-    callShell(service, session, interface, QStringLiteral("Start"));
-    callShell(service, session, interface, QStringLiteral("NotifyKeyboardKeycode"),
-              {kEscape, true});
-    callShell(service, session, interface, QStringLiteral("NotifyKeyboardKeycode"),
-              {kEscape, false});
+    dbus::call(bus, session, "Start");
+    for (const bool pressed : {true, false})
+        dbus::call(bus, session, "NotifyKeyboardKeycode", {kEscape, pressed});
     const bool left = waitUntil([] { return !overviewShown(); });
-    callShell(service, session, interface, QStringLiteral("Stop"));
+    dbus::call(bus, session, "Stop");
     if (!left) throw std::runtime_error("the overview stayed");
 }
 

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "integration/dbus/mock_service.h"
-#include "support/child_process.h"
+#include "support/compositor_session.h"
 
 namespace marzipel::dbustest {
 
@@ -28,11 +25,12 @@ public:
     std::string displayVariable() const;
     /// The user's data folder (XDG_DATA_HOME) the shell reads.
     std::string dataHome() const;
-    /// Starts the test window naming its application `appId`; returns once it is painted.
-    void startWindow(Child& window, const std::string& appId) const;
+    /// Our test window naming its application `appId`, painted.
+    Child startWindow(const std::string& appId) const;
     /// The extension's state as the shell reports it (1 is on); 0 when it does not know it.
     int extensionState() const;
-    /// Switches the extension as the Extensions app does; true once the shell says it is done.
+    /// Switches the extension as the Extensions app does; true once the shell says it is done
+    /// and has written the user's keys.
     bool switchExtension(bool on) const;
 
 private:
@@ -41,14 +39,6 @@ private:
     std::unique_ptr<MockService> logind_;
     Child shell_;
 };
-
-/// Waits, running Qt's event loop, until `condition` holds or `timeout` has passed.
-bool settle(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s);
-
-/// Sends `signal` to the test window `process` until `condition` holds, running Qt's event loop
-/// meanwhile; false when it never does. A Qt window asked back from full screen before the
-/// compositor's answer to going full screen has reached it forgets to ask.
-bool signalUntil(pid_t process, int signal, const std::function<bool()>& condition);
 
 /// Desktop entries that exist before the shell starts.
 inline constexpr char kListedApp[] = "marzipel-test-player";

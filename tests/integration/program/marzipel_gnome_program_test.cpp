@@ -32,14 +32,12 @@ TEST(MarzipelGnomeProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUnti
     run.start(environment);
     const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
 
-    Child player;
-    gnomeShell().startWindow(player, programtest::kPlayer);
-    ASSERT_TRUE(dbustest::signalUntil(player.pid(), SIGUSR1, [&] { return !levelsSet().empty(); }));
+    Child player = gnomeShell().startWindow(programtest::kPlayer);
+    ASSERT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return !levelsSet().empty(); }));
     EXPECT_EQ(levelsSet(), std::vector<int>{0});
     EXPECT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    ASSERT_TRUE(
-        dbustest::signalUntil(player.pid(), SIGUSR2, [&] { return levelsSet().size() == 2; }));
+    ASSERT_TRUE(signalUntil(player.pid(), SIGUSR2, [&] { return levelsSet().size() == 2; }));
     EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));

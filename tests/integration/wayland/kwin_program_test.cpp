@@ -67,7 +67,7 @@ protected:
     programtest::MarzipelRun marzipel_;
 };
 
-TEST_F(KWinProgramTest, TriggerPlayerFullScreenDimsAndInhibitsNightColorUntilItLeaves) {
+TEST_F(KWinProgramTest, TriggerPlayerFullScreenInhibitsNightColorUntilItLeavesOrMarzipelDies) {
     startMarzipel();
     Child player = kwin_->openWindow(kPlayer);
     kill(player.pid(), SIGUSR1);
@@ -78,11 +78,8 @@ TEST_F(KWinProgramTest, TriggerPlayerFullScreenDimsAndInhibitsNightColorUntilItL
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet().size() == 2; }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
-}
 
-TEST_F(KWinProgramTest, KWinLiftsTheInhibitionOfAMarzipelKilledWhileActive) {
-    startMarzipel();
-    Child player = kwin_->openWindow(kPlayer);
+    // KWin lifts the inhibition of a Marzipel killed while active.
     kill(player.pid(), SIGUSR1);
     ASSERT_TRUE(waitUntil(nightColorInhibited));
     kill(marzipel_.process().pid(), SIGKILL);

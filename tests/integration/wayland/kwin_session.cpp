@@ -1,7 +1,5 @@
 #include "integration/wayland/kwin_session.h"
 
-#include <sys/stat.h>
-
 #include <csignal>
 #include <ctime>
 #include <filesystem>
@@ -9,6 +7,7 @@
 #include <stdexcept>
 
 #include "platform/linux/dbus_call.h"
+#include "support/event_loop_wait.h"
 
 namespace marzipel::waylandtest {
 namespace {
@@ -41,8 +40,7 @@ KWinSession::KWinSession() {
     // copy carries none. KWin finds its platform plugin only under its own name.
     std::filesystem::create_directories(folder_.path() / "bin");
     std::filesystem::copy_file(KWIN_PROGRAM, folder_.path() / "bin/kwin_wayland");
-    std::filesystem::create_directories(folder_.path() / "runtime");
-    chmod((folder_.path() / "runtime").c_str(), 0700);
+    makeRuntimeFolder(folder_.path() / "runtime");
     const char* config = std::getenv("XDG_CONFIG_HOME");
     if (!config) throw std::runtime_error("XDG_CONFIG_HOME is not set");
     // Fixed hours (mode 2) from an hour ago to an hour from now: a filter on a schedule, which
@@ -55,30 +53,28 @@ KWinSession::KWinSession() {
 }
 
 std::vector<std::string> KWinSession::clientEnvironment(const std::string& platform) const {
-    return {"XDG_RUNTIME_DIR=" + (folder_.path() / "runtime").string(),
-            "WAYLAND_DISPLAY=marzipel-test", "QT_QPA_PLATFORM=" + platform};
+    return waylandClientEnvironment(folder_.path() / "runtime", "marzipel-test", platform);
 }
 
 void KWinSession::kill() {
     ::kill(kwin_.pid(), SIGKILL);
     kwin_.stop();
-    if (!waitHandling([] { return !kwinOnBus(); }))
+    if (!processEventsUntil([] { return !kwinOnBus(); }))
         throw std::runtime_error("KWin stays on the bus");
 }
 
 void KWinSession::ensureRunning() {
     if (kwin_.running() && kwinOnBus()) return;
     // QPainter compositing: no GPU here.
-    kwin_ = Child({(folder_.path() / "bin/kwin_wayland").string(), "--virtual", "--width", "1280",
-                   "--height", "800", "--socket", "marzipel-test"},
-                  {"XDG_RUNTIME_DIR=" + (folder_.path() / "runtime").string(), "KWIN_COMPOSE=Q"});
-    if (!waitHandling(scriptingUp)) throw std::runtime_error("KWin did not come up");
+    startServer(kwin_,
+                {(folder_.path() / "bin/kwin_wayland").string(), "--virtual", "--width", "1280",
+                 "--height", "800", "--socket", "marzipel-test"},
+                {"XDG_RUNTIME_DIR=" + (folder_.path() / "runtime").string(), "KWIN_COMPOSE=Q"},
+                scriptingUp);
 }
 
 Child KWinSession::openWindow(const std::string& appId) const {
-    Child window;
-    startAndReadLine(window, {TEST_WINDOW_PROGRAM, appId}, clientEnvironment());
-    return window;
+    return startTestWindow(appId, clientEnvironment());
 }
 
 std::string KWinSession::runScript(const std::string& source, bool keepLoaded) {

@@ -1,24 +1,12 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <string>
 #include <vector>
 
-#include "support/child_process.h"
+#include "support/compositor_session.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::waylandtest {
-
-/// Like `waitUntil`, while this process's Qt events (its bus connection) are handled.
-inline bool waitHandling(const std::function<bool()>& condition,
-                         std::chrono::milliseconds timeout = 10s) {
-    return waitUntil(
-        [&] {
-            QCoreApplication::processEvents();
-            return condition();
-        },
-        timeout);
-}
 
 /// A headless KWin on Wayland with a runtime folder of its own, on the session bus this test
 /// program runs on, with Night Color on at all hours. Throws when KWin does not come up.
@@ -32,8 +20,7 @@ public:
     void kill();
     /// Starts KWin again unless it runs.
     void ensureRunning();
-    /// A window of ours (tests/support/test_window_program.cpp) with Wayland app id `appId`,
-    /// shown and painted; throws when it is not.
+    /// Our test window with Wayland app id `appId`, painted; throws when it is not.
     Child openWindow(const std::string& appId) const;
     /// Runs `source` as a KWin script of its own, unloaded after it ran unless `keepLoaded`;
     /// gives its name. Throws when KWin does not run it.

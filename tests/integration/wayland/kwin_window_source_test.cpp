@@ -11,13 +11,13 @@
 #include "platform/linux/kwin_window_source.h"
 #include "platform/linux/marzipel_bus_service.h"
 #include "platform/sim/sim_basics.h"
+#include "support/event_loop_wait.h"
 #include "support/fake_desktop_entries.h"
 
 namespace marzipel {
 namespace {
 
 using waylandtest::KWinSession;
-using waylandtest::waitHandling;
 
 constexpr char kPlayer[] = "marzipel-test-player";
 constexpr char kOther[] = "marzipel-test-other";
@@ -51,7 +51,7 @@ protected:
         windows_.setActiveSpaceChangedHandler([this] { posts_.push_back(windows_.active()); });
         source_ = std::make_unique<KWinWindowSource>(windows_, service_, KWIN_SCRIPT, log_);
         // The script's first report: nothing has focus yet.
-        ASSERT_TRUE(waitHandling([this] { return !posts_.empty(); }))
+        ASSERT_TRUE(processEventsUntil([this] { return !posts_.empty(); }))
             << (log_.entries.empty() ? "" : log_.entries.front());
         seen_ = posts_.size();
     }
@@ -60,7 +60,7 @@ protected:
     /// full-screen state, later than the one waited for last. Posts between are passed over:
     /// focus moving between windows may pass through none.
     bool posted(pid_t pid, bool fullScreen = false) {
-        return waitHandling([&] {
+        return processEventsUntil([&] {
             while (seen_ < posts_.size()) {
                 const std::optional<ReportedWindow>& post = posts_[seen_++];
                 if (pid == 0
@@ -89,7 +89,17 @@ protected:
     std::unique_ptr<KWinWindowSource> source_;
 };
 
-TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPosted) {
+TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPostedUntilKWinLeaves) {
+    // Another script unloaded while a later one stays: ours is given the number of the one
+    // that stays, and still runs.
+    source_.reset();
+    const std::string first = kwin_->runScript("// stays loaded\n", true);
+    const std::string second = kwin_->runScript("// stays loaded\n", true);
+    kwin_->unloadScript(first);
+    source_ = std::make_unique<KWinWindowSource>(windows_, service_, KWIN_SCRIPT, log_);
+    ASSERT_TRUE(posted(0));
+    kwin_->unloadScript(second);
+
     Child player = kwin_->openWindow(kPlayer);
     ASSERT_TRUE(posted(player.pid()));
     EXPECT_EQ(windows_.active()->identity.applicationId, kPlayer);
@@ -98,7 +108,7 @@ TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPosted) {
 
     Child other = kwin_->openWindow(kOther);
     ASSERT_TRUE(posted(other.pid()));
-    EXPECT_TRUE(waitHandling([&] {
+    EXPECT_TRUE(processEventsUntil([&] {
         return runningProcesses() == std::vector<std::int32_t>{player.pid(), other.pid()};
     }));
 
@@ -123,9 +133,25 @@ TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPosted) {
     // The full-screen window closes: focus goes back to the player.
     other.stop();
     EXPECT_TRUE(posted(player.pid()));
-    EXPECT_TRUE(waitHandling(
+    EXPECT_TRUE(processEventsUntil(
         [&] { return runningProcesses() == std::vector<std::int32_t>{player.pid()}; }));
     EXPECT_TRUE(log_.entries.empty()) << log_.entries.front();
+
+    // KWin leaving leaves no focus, and a KWin that returns gets the script again.
+    Child watching = kwin_->openWindow(kPlayer);
+    kill(watching.pid(), SIGUSR1);
+    ASSERT_TRUE(posted(watching.pid(), true));
+    kwin_->kill();
+    EXPECT_TRUE(posted(0));
+    EXPECT_TRUE(windows_.isOnActiveSpace());
+    EXPECT_TRUE(windows_.runningApplications().empty());
+    ASSERT_EQ(log_.entries.size(), 1u);
+    EXPECT_NE(log_.entries.front().find("KWin left the session bus"), std::string::npos);
+
+    kwin_->ensureRunning();
+    Child again = kwin_->openWindow(kPlayer);
+    ASSERT_TRUE(processEventsUntil(
+        [&] { return windows_.active() && windows_.active()->identity.processId == again.pid(); }));
 }
 
 TEST_F(KWinWindowSourceTest, ReportsFromOthersAndMalformedOnesAreRefusedWithOneLineEach) {
@@ -136,7 +162,7 @@ TEST_F(KWinWindowSourceTest, ReportsFromOthersAndMalformedOnesAreRefusedWithOneL
     // Our own name, on another connection than the one that serves it.
     QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "other");
     QDBusPendingCall pending = other.asyncCall(call);
-    ASSERT_TRUE(waitHandling([&] { return pending.isFinished(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return pending.isFinished(); }));
     EXPECT_EQ(pending.error().name().toStdString(), "org.freedesktop.DBus.Error.AccessDenied");
     QDBusConnection::disconnectFromBus("other");
 
@@ -168,35 +194,6 @@ TEST_F(KWinWindowSourceTest, ReportsFromOthersAndMalformedOnesAreRefusedWithOneL
     ASSERT_EQ(log_.entries.size(), 1 + malformed.size());
     EXPECT_NE(log_.entries.front().find("only org.kde.KWin reports windows"), std::string::npos);
     EXPECT_NE(log_.entries[3].find("pid is out of range"), std::string::npos) << log_.entries[3];
-}
-
-TEST_F(KWinWindowSourceTest, KWinLeavingLeavesNoFocusAndAKWinThatReturnsGetsTheScriptAgain) {
-    // Another script unloaded while a later one stays: ours is given the number of the one
-    // that stays, and still runs.
-    source_.reset();
-    const std::string first = kwin_->runScript("// stays loaded\n", true);
-    const std::string second = kwin_->runScript("// stays loaded\n", true);
-    kwin_->unloadScript(first);
-    source_ = std::make_unique<KWinWindowSource>(windows_, service_, KWIN_SCRIPT, log_);
-    ASSERT_TRUE(posted(0));
-    kwin_->unloadScript(second);
-
-    Child player = kwin_->openWindow(kPlayer);
-    kill(player.pid(), SIGUSR1);
-    ASSERT_TRUE(posted(player.pid(), true));
-
-    kwin_->kill();
-    EXPECT_TRUE(posted(0));
-    EXPECT_TRUE(windows_.isOnActiveSpace());
-    EXPECT_TRUE(windows_.runningApplications().empty());
-    ASSERT_EQ(log_.entries.size(), 1u);
-    EXPECT_NE(log_.entries.front().find("KWin left the session bus"), std::string::npos);
-
-    kwin_->ensureRunning();
-    player.stop();
-    Child again = kwin_->openWindow(kPlayer);
-    ASSERT_TRUE(waitHandling(
-        [&] { return windows_.active() && windows_.active()->identity.processId == again.pid(); }));
 }
 
 }  // namespace

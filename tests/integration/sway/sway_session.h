@@ -1,9 +1,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "support/child_process.h"
+#include "support/compositor_session.h"
 #include "support/temp_folder.h"
 
 namespace marzipel {
@@ -16,10 +15,8 @@ public:
     SwaySession();
 
     const std::string& ipcSocket() const { return ipcSocket_; }
-    /// A Wayland client of this session, showing the test window program with `appId`;
-    /// returns when the window is painted, which may be before Sway shows it. Throws when it
-    /// is not painted.
-    Child startWindow(const std::string& appId);
+    /// A Wayland client of this session showing our test window with `appId`, painted.
+    Child startWindow(const std::string& appId) const;
     /// Runs one Sway command through swaymsg, as a user would; throws when it fails.
     void command(const std::string& text);
     /// Ends Sway, as when the session goes away under the program.
@@ -27,7 +24,6 @@ public:
 
 private:
     TempFolder folder_;
-    std::string runtime_;
     std::string display_;
     std::string ipcSocket_;
     Child sway_;

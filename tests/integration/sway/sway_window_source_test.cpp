@@ -4,11 +4,11 @@
 
 #include <csignal>
 
+#include "integration/sway/sway_session.h"
 #include "platform/linux/reported_windows.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
 #include "support/fake_desktop_entries.h"
-#include "sway_session.h"
 
 namespace marzipel {
 namespace {
