@@ -141,6 +141,32 @@ TEST_F(X11SpaceMonitorTest, PostsAgainForEveryMoveBetweenFullScreenWindows) {
     EXPECT_TRUE(postedWhile(second, true));
 }
 
+TEST_F(X11SpaceMonitorTest, FollowsAWindowWhoseIdCameBackWithANewClient) {
+    // X hands a new client the id range of the one that left last, so its first window gets
+    // the id the departed one's first window had.
+    xcb_window_t departed = XCB_WINDOW_NONE;
+    {
+        XClient player(session.display());
+        departed = player.createWindow({.processId = 4242});
+        act([&] { player.activate(departed); });
+        EXPECT_TRUE(postedWhile(departed, true));
+    }
+    // openbox leaves _NET_ACTIVE_WINDOW naming the departed window.
+    XClient player(session.display());
+    const auto window = player.createWindow({.processId = 4343});
+    ASSERT_EQ(window, departed);
+    act([&] { player.activate(window); });
+    act([&] { player.setFullScreen(window, true); });
+    EXPECT_TRUE(postedWhile(window, false));
+    EXPECT_FALSE(monitor.isOnActiveSpace());
+    act([&] { player.setFullScreen(window, false); });
+    EXPECT_TRUE(postedWhile(window, true));
+    FakeDesktopEntries entries;
+    const auto front = X11Workspace(entries, session.display()).frontmostApplication();
+    ASSERT_TRUE(front.has_value());
+    EXPECT_EQ(front->processId, 4343);
+}
+
 TEST_F(X11SpaceMonitorTest, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
     const auto player = client.createWindow({.processId = 4242});
     client.activate(player);
