@@ -61,7 +61,22 @@ protected:
         keysBefore_ = gsettingsKeyfile();
         keyboard_ = std::make_unique<MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
                                                   true, R"({"max": 3, "level": 2})");
+        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
+                  R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0"><dict>
+<key>welcomeScreenShown</key><true/>
+<key>debugLoggingEnabled</key><true/>
+<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
+<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
+</dict></plist>
+)");
+        // A marker left by a test that failed while active would restore at this start.
+        std::filesystem::remove_all(scratch("home/runtime/marzipel"));
         startMarzipel();
+        // The debug log is opened once the event loop runs, when the X11 watch is in place.
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
+            << "marzipel did not finish launching";
     }
 
     void TearDown() override {
@@ -73,25 +88,12 @@ protected:
     void startMarzipel() {
         const auto documents = home_.path() / "Documents";
         std::filesystem::create_directories(documents);
-        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
-                  R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0"><dict>
-<key>welcomeScreenShown</key><true/>
-<key>debugLoggingEnabled</key><true/>
-<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
-<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
-</dict></plist>
-)");
         debugLog_ = (documents / "Marzipel_debug.log").string();
         marzipel_ = Child(
             {MARZIPEL_PROGRAM},
             {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb", "HOME=" + home_.path().string(),
              "XDG_DATA_HOME=" + scratch("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share",
              "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
-        // The debug log is opened once the event loop runs, when the X11 watch is in place.
-        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
-            << "marzipel did not finish launching";
     }
 
     std::vector<int> keyboardLevelsSet() const {
@@ -142,14 +144,27 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_TRUE(marzipel_.running());
 }
 
-TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
+// SIGTERM puts both back before the program ends; SIGKILL cannot, so the next start does.
+TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackAtSigtermOrAtTheStartAfterSigkill) {
     const auto player = fullScreenWindowOf(kPlayer);
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
+    kill(marzipel_.pid(), SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    x_->client().setFullScreen(player, false);
+    startMarzipel();
+    ASSERT_TRUE(waitUntil([&] { return logHas("Restoring after an unexpected end"); }, 15s));
+    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2}; }));
+    EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
+
+    x_->client().setFullScreen(player, true);
+    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }));
+    ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
     kill(marzipel_.pid(), SIGTERM);
     ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
-    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2, 0, 2}));
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(logHas("App quitting, deactivating"));
     x_->client().setFullScreen(player, false);
