@@ -293,6 +293,8 @@ def main():
     parser.add_argument("--idle", type=float, default=60.0, help="idle seconds measured")
     parser.add_argument("--toggles", type=int, default=20, help="full-screen toggles timed")
     parser.add_argument("--soak", type=int, default=0, help="toggles of the soak (at least 200)")
+    parser.add_argument("--pause", type=float, default=0.02,
+                        help="seconds the soak waits after each step, 0 to drive marzipel flat out")
     args = parser.parse_args()
     if args.toggles < 1:
         parser.error("--toggles must be at least 1")
@@ -376,7 +378,7 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
 
     if args.soak:
-        soak(args.soak, display, calls, processes.start([marzipel]).pid)
+        soak(args.soak, args.pause, display, calls, processes.start([marzipel]).pid)
         return
     programs = {"marzipel": processes.start([marzipel]).pid,
                 "bare tray": processes.start([bare_tray]).pid}
@@ -442,9 +444,11 @@ def open_descriptors(pid):
     return len(os.listdir(f"/proc/{pid}/fd"))
 
 
-def soak(toggles, display, calls, pid):
-    """Toggles full screen and back `toggles` times, each as soon as marzipel has set the keyboard
-    for the previous step; Night Light follows on its own and is not waited for."""
+def soak(toggles, pause, display, calls, pid):
+    """Toggles full screen and back `toggles` times, each step `pause` seconds after marzipel set
+    the keyboard for the one before; Night Light follows on its own and is not waited for. With
+    no pause marzipel's main thread never idles, and Qt's own queues (X events, posted events)
+    grow while it is behind: that measures the load, not the program."""
     wait_for("marzipel's tray icon", lambda: succeeds("xdotool", "search", "--classname",
                                                        "marzipel"))
     client = XClient(display)
@@ -459,9 +463,11 @@ def soak(toggles, display, calls, pid):
         asked = time.time()
         client.set_full_screen(window, True)
         latencies.append(calls.wait_for_level(0, seen)[0] - asked)
+        time.sleep(pause)
         seen = len(calls.calls)
         client.set_full_screen(window, False)
         calls.wait_for_level(2, seen)
+        time.sleep(pause)
         if toggle in (100, toggles):
             figures[toggle] = (resident_kib(pid), open_descriptors(pid))
         if toggle % 1000 == 0:
@@ -469,7 +475,7 @@ def soak(toggles, display, calls, pid):
                   f"{resident_kib(pid)} KiB resident", file=sys.stderr)
 
     print(f"marzipel on Xvfb + openbox + trayer ({display}), {toggles} full-screen toggles "
-          f"in {time.monotonic() - started:.0f} s\n")
+          f"in {time.monotonic() - started:.0f} s, {1000 * pause:.0f} ms after each step\n")
     print(f"{'after toggles':16}{'resident KiB':>14}{'open fds':>10}")
     for toggle, (memory, descriptors) in figures.items():
         print(f"{toggle:<16}{memory:>14}{descriptors:>10}")
