@@ -150,6 +150,11 @@ TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackAtSigtermOrAtTheStartAft
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
+    // The record is saved a moment after the switch; a kill before that finds the last one.
+    ASSERT_TRUE(waitUntil([] {
+        return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"))
+                   .find("marzipelData") != std::string::npos;
+    }));
     kill(marzipel_.pid(), SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return !marzipel_.running(); }));
     EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
