@@ -2,6 +2,7 @@
 """Measures marzipel next to a bare Qt tray program, both on one private X session.
 
     /usr/bin/python3 bench/linux_tray_bench.py [--build-dir build/dev] [--idle 60] [--toggles 20]
+    /usr/bin/python3 bench/linux_tray_bench.py --soak 10000 [--build-dir build/release]
 
 Builds marzipel and marzipel_bare_tray in the build folder (configured with MARZIPEL_BENCHMARKS on),
 then starts Xvfb, openbox, trayer, private session and system buses, a stand-in UPower keyboard
@@ -9,6 +10,10 @@ backlight (python3-dbusmock) and the real gsd-color, and prints for both program
 memory after start, and the CPU time and voluntary context switches over the idle period; then
 for marzipel the time from asking the window manager for full screen to SetBrightness(0) reaching
 the stand-in UPower, over repeated toggles.
+
+With --soak N it runs marzipel alone and toggles full screen N times, as fast as marzipel follows,
+then prints its resident memory and open file descriptors after 100 and after N toggles, and the
+median time to SetBrightness(0) over the first and the last 100.
 """
 import argparse
 import ctypes
@@ -287,12 +292,18 @@ def main():
     parser.add_argument("--build-dir", default=os.path.join(ROOT, "build/dev"))
     parser.add_argument("--idle", type=float, default=60.0, help="idle seconds measured")
     parser.add_argument("--toggles", type=int, default=20, help="full-screen toggles timed")
+    parser.add_argument("--soak", type=int, default=0, help="toggles of the soak (at least 200)")
+    parser.add_argument("--pause", type=float, default=0.02,
+                        help="seconds the soak waits after each step, 0 to drive marzipel flat out")
     args = parser.parse_args()
     if args.toggles < 1:
         parser.error("--toggles must be at least 1")
+    if args.soak and args.soak < 200:
+        parser.error("--soak needs at least 200 toggles")
 
-    subprocess.run(["cmake", "--build", args.build_dir, "--target", "marzipel",
-                    "marzipel_bare_tray"], check=True, stdout=subprocess.DEVNULL)
+    targets = ["marzipel"] if args.soak else ["marzipel", "marzipel_bare_tray"]
+    subprocess.run(["cmake", "--build", args.build_dir, "--target", *targets], check=True,
+                   stdout=subprocess.DEVNULL)
     marzipel = os.path.join(args.build_dir, "src/app/marzipel")
     bare_tray = os.path.join(args.build_dir, "bench/marzipel_bare_tray")
     gsd_color = next(p for p in ("/usr/libexec/gsd-color",
@@ -366,6 +377,9 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
     wait_for("gsd-color's Night Light", lambda: night_light("NightLightActive"), 20)
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
 
+    if args.soak:
+        soak(args.soak, args.pause, display, calls, processes.start([marzipel]).pid)
+        return
     programs = {"marzipel": processes.start([marzipel]).pid,
                 "bare tray": processes.start([bare_tray]).pid}
     for name in ("marzipel", "marzipel_bare_tray"):
@@ -424,6 +438,54 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
           f"{1000 * statistics.median(window_manager):.2f} ms; from there marzipel: median "
           f"{statistics.median(own):.2f} ms, 90th percentile {percentile(own, 0.9):.2f} ms")
     print(f"  resident memory of marzipel after the toggles: {resident_kib(programs['marzipel'])} KiB")
+
+
+def open_descriptors(pid):
+    return len(os.listdir(f"/proc/{pid}/fd"))
+
+
+def soak(toggles, pause, display, calls, pid):
+    """Toggles full screen and back `toggles` times, each step `pause` seconds after marzipel set
+    the keyboard for the one before; Night Light follows on its own and is not waited for. With
+    no pause marzipel's main thread never idles, and Qt's own queues (X events, posted events)
+    grow while it is behind: that measures the load, not the program."""
+    wait_for("marzipel's tray icon", lambda: succeeds("xdotool", "search", "--classname",
+                                                       "marzipel"))
+    client = XClient(display)
+    window = client.create_player_window()
+    wait_for("the player window", lambda: succeeds("xdotool", "search", "--classname", PLAYER))
+    client.activate(window)
+    time.sleep(3)  # start-up work that follows the icon: first paints, D-Bus introspection
+    latencies, figures = [], {}
+    started = time.monotonic()
+    for toggle in range(1, toggles + 1):
+        seen = len(calls.calls)
+        asked = time.time()
+        client.set_full_screen(window, True)
+        latencies.append(calls.wait_for_level(0, seen)[0] - asked)
+        time.sleep(pause)
+        seen = len(calls.calls)
+        client.set_full_screen(window, False)
+        calls.wait_for_level(2, seen)
+        time.sleep(pause)
+        if toggle in (100, toggles):
+            figures[toggle] = (resident_kib(pid), open_descriptors(pid))
+        if toggle % 1000 == 0:
+            print(f"{toggle} toggles, {time.monotonic() - started:.0f} s, "
+                  f"{resident_kib(pid)} KiB resident", file=sys.stderr)
+
+    print(f"marzipel on Xvfb + openbox + trayer ({display}), {toggles} full-screen toggles "
+          f"in {time.monotonic() - started:.0f} s, {1000 * pause:.0f} ms after each step\n")
+    print(f"{'after toggles':16}{'resident KiB':>14}{'open fds':>10}")
+    for toggle, (memory, descriptors) in figures.items():
+        print(f"{toggle:<16}{memory:>14}{descriptors:>10}")
+    first = statistics.median(1000 * latency for latency in latencies[:100])
+    last = statistics.median(1000 * latency for latency in latencies[-100:])
+    print(f"\nfull-screen request -> SetBrightness(0), median: first 100 {first:.2f} ms, "
+          f"last 100 {last:.2f} ms")
+    grown = figures[toggles][0] - figures[100][0]
+    new_descriptors = figures[toggles][1] - figures[100][1]
+    print(f"growth from 100 to {toggles}: {grown} KiB, {new_descriptors} descriptors")
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@
 #include "platform/macos/mac_login_item_service.h"
 #include "platform/macos/mac_power_assertions.h"
 #include "platform/macos/mac_preferences_store.h"
+#include "platform/macos/mac_run_marker.h"
 #include "platform/macos/mac_space_monitor.h"
 #include "platform/macos/mac_system_log.h"
 #include "platform/macos/mac_updater.h"
@@ -51,10 +52,11 @@ int main() {
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
     ReportedWelcomeWindow welcome;
+    MacRunMarker runMarker;
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
                                      application, updater, systemLog, clock, console,
-                                     userDirectories, settings, center, welcome});
+                                     userDirectories, settings, center, welcome, runMarker});
 
     const OperatingSystemVersion version = application.operatingSystemVersion();
     std::cout << "macOS " << version.major << '.' << version.minor << '.' << version.patch << '\n'

@@ -15,6 +15,7 @@
 #include "platform/macos/mac_login_item_service.h"
 #include "platform/macos/mac_power_assertions.h"
 #include "platform/macos/mac_preferences_store.h"
+#include "platform/macos/mac_run_marker.h"
 #include "platform/macos/mac_space_monitor.h"
 #include "platform/macos/mac_system_log.h"
 #include "platform/macos/mac_updater.h"
@@ -81,6 +82,7 @@ int main(int argc, char* argv[]) {
     BundleCatalog catalog(bundleFiles);
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
+    MacRunMarker runMarker;
 
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
@@ -91,7 +93,7 @@ int main(int argc, char* argv[]) {
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
                                      application, updater, systemLog, clock, console,
-                                     userDirectories, settings, center, welcomeWindow});
+                                     userDirectories, settings, center, welcomeWindow, runMarker});
     OpenSettingsAccessAction openSettings(application);
     SettingsWindowController settingsWindow(services, openSettings);
     MarzipelTray tray(app.tray(), openSettings, application, systemLog);

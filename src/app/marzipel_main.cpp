@@ -17,6 +17,7 @@
 #include "platform/linux/marzipel_bus_service.h"
 #include "platform/linux/no_updater.h"
 #include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/proc_run_marker.h"
 #include "platform/linux/syslog_system_log.h"
 #include "platform/linux/xdg_autostart_login_item_service.h"
 #include "platform/linux/xdg_base_directories.h"
@@ -87,6 +88,7 @@ int main(int argc, char* argv[]) {
     NoUpdater updater;
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
+    ProcRunMarker runMarker(runMarkerFolder());
 
     SettingsManager settings(std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(),
                                                                          systemLog, qtMainLoop()),
@@ -99,7 +101,7 @@ int main(int argc, char* argv[]) {
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, windows.spaceMonitor(),
                                      application, updater, systemLog, clock, console,
-                                     userDirectories, settings, center, welcomeWindow});
+                                     userDirectories, settings, center, welcomeWindow, runMarker});
     application.setTerminationDecision(
         [&app] { return app.appDelegate().applicationShouldTerminate() == TerminateReply::now; });
     OpenSettingsAccessAction openSettings(application);

@@ -8,16 +8,20 @@ MarzipelApp::MarzipelApp(const MarzipelPlatform& platform)
       appDelegate_(platform.application, platform.updater, platform.welcomeWindow,
                    platform.settings, platform.userDirectories, platform.clock, platform.console),
       // Subscribed before the detector: the delegate installs the debug logger at launch, ahead
-      // of the detector's first post.
-      finishedLaunchingPublisher_(center_.subscribe(
-          kApplicationDidFinishLaunchingNotification, nullptr,
-          [this](const Notification&) { appDelegate_.applicationDidFinishLaunching(); })),
+      // of the detector's first post; a run that ended while active is repaired in between, once
+      // the logger can tell of it and before an activation can replace the record.
+      finishedLaunchingPublisher_(
+          center_.subscribe(kApplicationDidFinishLaunchingNotification, nullptr,
+                            [this](const Notification&) {
+                                appDelegate_.applicationDidFinishLaunching();
+                                stateMachine_.restoreAfterUnexpectedEnd();
+                            })),
       systemClient_(platform.brightness.create(), platform.settings),
       dataManager_(platform.brightness.create(), platform.settings),
       detector_(platform.spaceMonitor, center_, platform.systemLog),
       probe_(platform.powerAssertions, platform.workspace, platform.systemLog, platform.settings),
       stateMachine_(state_, platform.settings, dataManager_, systemClient_, platform.workspace,
-                    probe_, platform.clock),
+                    probe_, platform.clock, platform.runMarker, platform.systemLog),
       tray_(state_, platform.workspace, platform.application) {
     wentFullScreenPublisher_ =
         center_.subscribe(kSwitchedToFullScreenAppNotification, nullptr,

@@ -14,6 +14,7 @@
 #include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/power_assertions.h"
+#include "platform/run_marker.h"
 #include "platform/space_monitor.h"
 #include "platform/system_log.h"
 #include "platform/updater.h"
@@ -39,6 +40,7 @@ struct MarzipelPlatform {
     const SettingsManager& settings;
     NotificationCenter& notificationCenter;
     WelcomeWindowPresenter& welcomeWindow;
+    RunMarker& runMarker;
 };
 
 /// The running program: builds the delegate, the state, the two system clients, the full-screen

@@ -1,6 +1,7 @@
 #include "core/trigger_state_machine.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/marzipel_state.h"
 #include "core/marzipel_system_client.h"
@@ -30,14 +31,17 @@ TriggerStateMachine::TriggerStateMachine(MarzipelState& state, const SettingsMan
                                          MarzipelDataManager& dataManager,
                                          MarzipelSystemClient& systemClient,
                                          const Workspace& workspace, VideoPlaybackProbe& probe,
-                                         const Clock& clock)
+                                         const Clock& clock, RunMarker& runMarker,
+                                         SystemLog& systemLog)
     : state_(state),
       settings_(settings),
       dataManager_(dataManager),
       systemClient_(systemClient),
       workspace_(workspace),
       probe_(probe),
-      clock_(clock) {}
+      clock_(clock),
+      runMarker_(runMarker),
+      systemLog_(systemLog) {}
 
 void TriggerStateMachine::wentFullScreen() {
     const auto front = workspace_.frontmostApplication();
@@ -90,10 +94,14 @@ void TriggerStateMachine::appQuitting() {
 }
 
 void TriggerStateMachine::activate(const std::string& /*bundleId*/) {
+    // A record left by a run that ended while active must be used before it is replaced.
+    restoreAfterUnexpectedEnd();
     MarzipelSystemClient& capture = dataManager_.systemClient;
     const float brightness = capture.keyboardBrightness();
     const BlueLightStatus nightShift = capture.nightShiftStatus();
     settings_.marzipelData().set(MarzipelData{nightShift.enabled, brightness});
+    // Placed after the record: a marker must never point at a record older than its run.
+    runMarker_.place();
 
     // Observers hear of the change before the system is touched.
     state_.setIsActive(true);
@@ -111,6 +119,23 @@ void TriggerStateMachine::deactivate() {
         log("Doing nothing, was not active");
         return;
     }
+    restoreSaved();
+    runMarker_.remove();
+    state_.setIsActive(false);
+}
+
+void TriggerStateMachine::restoreAfterUnexpectedEnd() {
+    if (std::exchange(markerChecked_, true)) return;
+    if (runMarker_.find() != RunMark::ofEndedProcess) return;
+    log("Restoring after an unexpected end");
+    systemLog_.error(kAppLogSubsystem, kAppLogCategory,
+                     "The last run ended while the keyboard backlight and Night Shift were "
+                     "switched off; putting them back from its saved state");
+    restoreSaved();
+    runMarker_.remove();
+}
+
+void TriggerStateMachine::restoreSaved() {
     const MarzipelData saved = settings_.marzipelData().get();
     // Features are read now, not at activation: switching one off while active skips its restore.
     if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight) &&
@@ -121,7 +146,6 @@ void TriggerStateMachine::deactivate() {
         saved.nightShiftEnabled) {
         restoreNightShift();
     }
-    state_.setIsActive(false);
 }
 
 void TriggerStateMachine::restoreNightShift() {

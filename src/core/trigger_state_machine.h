@@ -5,6 +5,8 @@
 
 #include "platform/brightness_service.h"
 #include "platform/clock.h"
+#include "platform/run_marker.h"
+#include "platform/system_log.h"
 #include "platform/workspace.h"
 
 namespace marzipel {
@@ -21,13 +23,15 @@ bool isWithinCustomSchedule(LocalTime now, BlueLightStatus::Time from, BlueLight
 
 /// Decides when the system becomes active and when it stops, capturing the keyboard brightness
 /// and Night Shift before turning them off and putting them back afterwards. Settings are read
-/// afresh at every decision. Main thread only, one handler at a time.
+/// afresh at every decision. While active a marker stays placed, so that the next run can put
+/// back what a run that ended unexpectedly left off. Main thread only, one handler at a time.
 class TriggerStateMachine {
 public:
     /// Captures through `dataManager`'s client; acts and restores through `systemClient`.
     TriggerStateMachine(MarzipelState& state, const SettingsManager& settings,
                         MarzipelDataManager& dataManager, MarzipelSystemClient& systemClient,
-                        const Workspace& workspace, VideoPlaybackProbe& probe, const Clock& clock);
+                        const Workspace& workspace, VideoPlaybackProbe& probe, const Clock& clock,
+                        RunMarker& runMarker, SystemLog& systemLog);
 
     /// The space now shown belongs to a full-screen app; judges the frontmost app.
     void wentFullScreen();
@@ -40,9 +44,13 @@ public:
     void activate(const std::string& bundleId);
     /// Puts back what was captured, if active, and becomes inactive.
     void deactivate();
+    /// Once per run, before the first activation: when the marker is one of a run that has
+    /// ended, puts back what that run captured, by the rules of `deactivate`, and removes it.
+    void restoreAfterUnexpectedEnd();
 
 private:
     void log(std::string_view message) const;
+    void restoreSaved();
     void restoreNightShift();
 
     MarzipelState& state_;
@@ -52,6 +60,9 @@ private:
     const Workspace& workspace_;
     VideoPlaybackProbe& probe_;
     const Clock& clock_;
+    RunMarker& runMarker_;
+    SystemLog& systemLog_;
+    bool markerChecked_ = false;
 };
 
 }  // namespace marzipel

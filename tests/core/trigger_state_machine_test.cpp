@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include "app/sim/sim_platform.h"
+#include "settings/settings_manager.h"
+
 #include <string>
 #include <vector>
 
@@ -57,6 +60,42 @@ TEST(MarzipelStateTest, WillChangeSeesTheOldValueAndDidChangeTheNew) {
     state.setIsActive(true);
     state.setTriggerValue(!state.triggerValue());
     EXPECT_EQ(seen, (Lines{"will 1 was 0 isActive", "did 1", "will 1 was 1 trigger", "did 1"}));
+}
+
+struct NoWelcomeWindow final : WelcomeWindowPresenter {
+    void showWelcomeWindow() override {}
+};
+
+// The marker that lets a run put back what an earlier run left off: restored once, at launch,
+// only for a run that has ended, and placed exactly while active.
+TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEnded) {
+    for (const RunMark found : {RunMark::ofEndedProcess, RunMark::ofRunningProcess}) {
+        SimPlatform sim;
+        NoWelcomeWindow welcome;
+        SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
+        settings.enabledFeatures().set({Feature::keyboardBacklight, Feature::nightShift});
+        settings.marzipelData().set(MarzipelData{true, 0.5f});
+        sim.brightness.keyboard = 0.0f;
+        sim.brightness.status.mode = 1;
+        sim.runMarker.mark = found;
+        MarzipelApp app(sim.platform(settings, welcome));
+
+        sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
+        sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
+        const bool ended = found == RunMark::ofEndedProcess;
+        EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
+        EXPECT_EQ(std::ranges::count(sim.brightness.calls, "app setMode 1"), ended ? 1 : 0);
+        EXPECT_EQ(sim.systemLog.entries.size(), ended ? 1u : 0u);
+        EXPECT_EQ(sim.runMarker.mark, ended ? RunMark::none : found);
+        EXPECT_FALSE(app.state().isActive());
+
+        sim.runMarker.mark = RunMark::none;
+        app.stateMachine().activate("mpv");
+        EXPECT_EQ(sim.runMarker.mark, RunMark::ofRunningProcess);
+        app.stateMachine().deactivate();
+        EXPECT_EQ(sim.runMarker.mark, RunMark::none);
+        EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
+    }
 }
 
 }  // namespace

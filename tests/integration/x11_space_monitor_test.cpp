@@ -128,6 +128,35 @@ TEST_F(X11SpaceMonitorTest, PostsAgainForEveryMoveBetweenFullScreenWindows) {
     EXPECT_TRUE(postedWhile(second, true));
 }
 
+TEST_F(X11SpaceMonitorTest, FollowsAWindowWhoseIdCameBackWithANewClient) {
+    // X hands a new client the id range of the one that left last, so its first window gets
+    // the id the departed one's first window had.
+    xcb_window_t departed = XCB_WINDOW_NONE;
+    {
+        XClient player(session.display());
+        // openbox may focus the new window before it is asked to: any post since it was made.
+        act([&] {
+            departed = player.createWindow({.processId = 4242});
+            player.activate(departed);
+        });
+        EXPECT_TRUE(postedWhile(departed, true));
+    }
+    // openbox leaves _NET_ACTIVE_WINDOW naming the departed window.
+    XClient player(session.display());
+    const auto window = player.createWindow({.processId = 4343});
+    ASSERT_EQ(window, departed);
+    act([&] { player.activate(window); });
+    act([&] { player.setFullScreen(window, true); });
+    EXPECT_TRUE(postedWhile(window, false));
+    EXPECT_FALSE(monitor.isOnActiveSpace());
+    act([&] { player.setFullScreen(window, false); });
+    EXPECT_TRUE(postedWhile(window, true));
+    FakeDesktopEntries entries;
+    const auto front = X11Workspace(entries, session.display()).frontmostApplication();
+    ASSERT_TRUE(front.has_value());
+    EXPECT_EQ(front->processId, 4343);
+}
+
 TEST_F(X11SpaceMonitorTest, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
     const auto player = client.createWindow({.processId = 4242});
     client.activate(player);

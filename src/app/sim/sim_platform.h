@@ -25,23 +25,18 @@ struct SimPlatform {
     SimConsole console;
     SimClock clock;
     SimUserDirectories userDirectories;
+    SimRunMarker runMarker;
 
     /// The references the application object is built from; `clock` replaces the sim clock.
     MarzipelPlatform platform(const SettingsManager& settings, WelcomeWindowPresenter& welcome,
                               const Clock* clockOverride = nullptr) {
-        return MarzipelPlatform{brightnessFactory,
-                                workspace,
-                                powerAssertions,
-                                spaceMonitor,
-                                application,
-                                updater,
-                                systemLog,
-                                clockOverride ? *clockOverride : clock,
-                                console,
-                                userDirectories,
-                                settings,
-                                notificationCenter,
-                                welcome};
+        return MarzipelPlatform{brightnessFactory, workspace,
+                                powerAssertions,   spaceMonitor,
+                                application,       updater,
+                                systemLog,         clockOverride ? *clockOverride : clock,
+                                console,           userDirectories,
+                                settings,          notificationCenter,
+                                welcome,           runMarker};
     }
 };
 

@@ -1,6 +1,7 @@
 #include "platform/linux/atomic_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -40,6 +41,13 @@ fs::path destinationOf(const std::string& path) {
     return path;
 }
 
+/// The temporary name's start for `destination`; mkostemp adds six characters.
+std::string temporaryPrefix(const fs::path& destination) {
+    return "." + destination.filename().string() + ".";
+}
+
+constexpr std::size_t kTemporarySuffixLength = 6;
+
 }  // namespace
 
 std::string replaceFileAtomically(const std::string& path, std::string_view contents) {
@@ -49,29 +57,30 @@ std::string replaceFileAtomically(const std::string& path, std::string_view cont
     fs::create_directories(folder, error);
     if (error) return "cannot create folder " + folder.string() + ": " + error.message();
 
-    std::string temporary = (folder / ("." + destination.filename().string() + ".XXXXXX")).string();
+    std::string temporary = (folder / (temporaryPrefix(destination) + "XXXXXX")).string();
     std::vector<char> name(temporary.begin(), temporary.end());
     name.push_back('\0');
     int descriptor = mkostemp(name.data(), O_CLOEXEC);
     if (descriptor < 0) return describe("cannot create a temporary file in", folder, errno);
     temporary = name.data();
+    // Tells removeLeftoverTemporaries in another process that this file is in use. The lock
+    // goes with the descriptor, also when the process is killed.
+    flock(descriptor, LOCK_EX);
 
     std::string failure;
     if (!writeAll(descriptor, contents)) {
         failure = describe("cannot write", temporary, errno);
     } else if (fsync(descriptor) != 0) {
         failure = describe("cannot flush", temporary, errno);
-    }
-    if (close(descriptor) != 0 && failure.empty()) {
-        failure = describe("cannot close", temporary, errno);
-    }
-    if (failure.empty() && std::rename(temporary.c_str(), destination.c_str()) != 0) {
+    } else if (std::rename(temporary.c_str(), destination.c_str()) != 0) {
         failure = describe("cannot rename " + temporary + " to", destination, errno);
     }
-    if (!failure.empty()) {
-        unlink(temporary.c_str());
-        return failure;
+    if (!failure.empty()) unlink(temporary.c_str());
+    if (close(descriptor) != 0 && failure.empty()) {
+        // Renamed already: the contents are in place, but the close may have lost them.
+        failure = describe("cannot close", destination, errno);
     }
+    if (!failure.empty()) return failure;
     // The new name must reach the disk too. Some file systems cannot flush a folder; the
     // contents are in place by now either way, so that is not reported.
     int folderDescriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -80,6 +89,25 @@ std::string replaceFileAtomically(const std::string& path, std::string_view cont
         close(folderDescriptor);
     }
     return {};
+}
+
+int removeLeftoverTemporaries(const std::string& path) {
+    const fs::path destination = destinationOf(path);
+    const fs::path folder = destination.has_parent_path() ? destination.parent_path() : ".";
+    const std::string prefix = temporaryPrefix(destination);
+    int removed = 0;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() != prefix.size() + kTemporarySuffixLength || !name.starts_with(prefix))
+            continue;
+        const int descriptor = open(entry.path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+        if (descriptor < 0) continue;
+        if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && unlink(entry.path().c_str()) == 0)
+            ++removed;
+        close(descriptor);
+    }
+    return removed;
 }
 
 std::string moveAsideWithoutReplacing(const std::string& path, const std::string& destination,

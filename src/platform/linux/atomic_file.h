@@ -10,7 +10,12 @@ namespace marzipel {
 /// written and flushed to disk, renamed over `path`, and the folder is flushed. Missing folders
 /// are created. A symbolic link at `path` is kept and its target replaced. On failure returns a
 /// description of what failed and leaves no temporary file; on success returns "".
+/// The temporary file stays locked until it has its final name.
 std::string replaceFileAtomically(const std::string& path, std::string_view contents);
+
+/// Removes the temporary files that writers of `path` left behind when they were killed while
+/// replacing it, and returns how many. Files that a writer still holds locked are kept.
+int removeLeftoverTemporaries(const std::string& path);
 
 /// Moves the file at `path` to `destination` or, when that name is taken, to `destination`
 /// followed by "-1", "-2", ... Returns the name it was moved to, or "" with `error` set.

@@ -4,6 +4,7 @@
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace marzipel::dbus {
@@ -65,24 +66,35 @@ std::optional<QDBusPendingCall> takeReadAhead(const QDBusConnection& bus,
     return std::nullopt;
 }
 
+// Whether a clearing of the read-aheads is posted and has not run yet.
+bool clearPosted = false;
+
+void clearReadAheads() {
+    clearPosted = false;
+    readAheads().clear();
+}
+
 void sendAhead(const QDBusConnection& bus, const QDBusMessage& message) {
     QCoreApplication* application = QCoreApplication::instance();
     if (!application) return;
     std::vector<ReadAhead>& list = readAheads();
     if (findReadAhead(bus, message) != list.end()) return;
-    if (list.empty()) {
-        // Qt sends posted events once the current turn is over, before it next reads a socket:
-        // an answer older than that is stale.
-        QMetaObject::invokeMethod(
-            application, [] { readAheads().clear(); }, Qt::QueuedConnection);
-    }
     static QCoreApplication* clearsOnQuit = nullptr;
     if (clearsOnQuit != application) {
         // Posted events may not run once the loop has ended, and pending calls must not
         // outlive the application's bus connections.
-        QObject::connect(application, &QCoreApplication::aboutToQuit, application,
-                         [] { readAheads().clear(); });
+        QObject::connect(application, &QCoreApplication::aboutToQuit, application, clearReadAheads);
+        QObject::connect(application, &QObject::destroyed, [] {
+            clearsOnQuit = nullptr;
+            clearPosted = false;
+        });
         clearsOnQuit = application;
+    }
+    if (!std::exchange(clearPosted, true)) {
+        // Qt sends posted events once the current turn is over, before it next reads a socket:
+        // an answer older than that is stale. One post at a time: under a stream of changes the
+        // loop can take many turns to reach posted events, and they would pile up meanwhile.
+        QMetaObject::invokeMethod(application, clearReadAheads, Qt::QueuedConnection);
     }
     list.push_back({bus.name(), message, bus.asyncCall(message, kCallTimeoutMs)});
 }

@@ -43,6 +43,8 @@ PlistFilePreferencesStore::~PlistFilePreferencesStore() { flush(); }
 PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::string& path,
                                                                   SystemLog& log) {
     Loaded loaded;
+    // What a run killed while saving left; the file itself holds the old or the new values.
+    removeLeftoverTemporaries(path);
     std::error_code error;
     if (std::filesystem::status(path, error).type() == std::filesystem::file_type::not_found) {
         return loaded;

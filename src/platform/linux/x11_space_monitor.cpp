@@ -94,9 +94,11 @@ void X11SpaceMonitor::readEvents() {
 
 void X11SpaceMonitor::watchActiveWindow() {
     const xcb_window_t active = events_.activeWindow();
-    if (active == watched_) return;
     // The old window may be gone already; the error that brings is skipped with other events.
-    if (watched_ != XCB_WINDOW_NONE) events_.selectEvents(watched_, XCB_EVENT_MASK_NO_EVENT);
+    if (watched_ != XCB_WINDOW_NONE && watched_ != active)
+        events_.selectEvents(watched_, XCB_EVENT_MASK_NO_EVENT);
+    // Selected again when the id is the one watched: X hands the ids of a client that left to
+    // the next one, so the id may now name a new window that was never asked for its changes.
     if (active != XCB_WINDOW_NONE) events_.selectEvents(active, XCB_EVENT_MASK_PROPERTY_CHANGE);
     watched_ = active;
     // The handler's answer comes from the other connection: it must not see a state change

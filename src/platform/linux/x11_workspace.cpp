@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "platform/linux/app_identifier.h"
 #include "platform/linux/x11_connection.h"
@@ -190,9 +191,17 @@ void X11Workspace::readAhead(std::uint32_t likelyActiveWindow) {
     if (!x) return;
     readAhead_ = std::make_unique<ReadAhead>(ReadAhead{
         x->send(frontmostRequests(*x, likelyActiveWindow)), likelyActiveWindow, false, {}});
-    // Posted events run once this turn of the event loop is over.
+    // Posted events run once this turn of the event loop is over. One posted drop serves every
+    // read-ahead of the turn: under a stream of changes the loop can take many turns to reach
+    // posted events, and one post per change would pile up meanwhile.
+    if (std::exchange(dropPosted_, true)) return;
     QMetaObject::invokeMethod(
-        turnEnd_.get(), [this] { dropReadAhead(); }, Qt::QueuedConnection);
+        turnEnd_.get(),
+        [this] {
+            dropPosted_ = false;
+            dropReadAhead();
+        },
+        Qt::QueuedConnection);
 }
 
 void X11Workspace::dropReadAhead() const {

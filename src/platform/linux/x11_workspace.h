@@ -52,6 +52,7 @@ private:
     mutable std::unique_ptr<X11Connection> connection_;
     mutable std::unique_ptr<ReadAhead> readAhead_;
     std::unique_ptr<QObject> turnEnd_;
+    bool dropPosted_ = false;
 };
 
 }  // namespace marzipel

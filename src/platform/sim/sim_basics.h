@@ -8,6 +8,7 @@
 #include "platform/clock.h"
 #include "platform/common/in_memory_preferences.h"
 #include "platform/console.h"
+#include "platform/run_marker.h"
 #include "platform/system_log.h"
 #include "platform/user_directories.h"
 
@@ -47,6 +48,15 @@ public:
     std::string timestampText() const override { return timestamp; }
     LocalTime time{12, 0};
     std::string timestamp = "1/1/26, 12:00:00 PM UTC";
+};
+
+/// A marker kept in memory; this run's own reads as running.
+class SimRunMarker final : public RunMarker {
+public:
+    RunMark find() const override { return mark; }
+    void place() override { mark = RunMark::ofRunningProcess; }
+    void remove() override { mark = RunMark::none; }
+    RunMark mark = RunMark::none;
 };
 
 class SimUserDirectories final : public UserDirectories {

@@ -49,14 +49,20 @@ protected:
         ASSERT_FALSE(colorProperty("DisabledUntilTomorrow"));
         keysBefore_ = gsettingsKeyfile();
         keyboard_ = programtest::startKeyboardBacklight();
-        marzipel_.start({"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
-                         "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
+        // A marker left by a test that failed while active would restore at this start.
+        std::filesystem::remove_all(scratch("home/runtime/marzipel"));
+        marzipel_.start(environment());
     }
 
     void TearDown() override {
         marzipel_.process().stop();
         keyboard_.reset();
         EXPECT_EQ(gsettingsKeyfile(), keysBefore_) << "the user's Night Light keys changed";
+    }
+
+    std::vector<std::string> environment() const {
+        return {"DISPLAY=" + x_->display(), "QT_QPA_PLATFORM=xcb",
+                "XDG_RUNTIME_DIR=" + scratch("home/runtime")};
     }
 
     std::vector<int> keyboardLevelsSet() const {
@@ -99,14 +105,32 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_TRUE(marzipel_.process().running());
 }
 
-TEST_F(MarzipelProgramTest, SigtermWhileActivePutsBothBackBeforeTheProgramEnds) {
+// SIGTERM puts both back before the program ends; SIGKILL cannot, so the next start does.
+TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackAtSigtermOrAtTheStartAfterSigkill) {
     const auto player = fullScreenWindowOf(kPlayer);
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
+    // The record is saved a moment after the switch; a kill before that finds the last one.
+    ASSERT_TRUE(waitUntil([] {
+        return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"))
+                   .find("marzipelData") != std::string::npos;
+    }));
+    kill(marzipel_.process().pid(), SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    x_->client().setFullScreen(player, false);
+    marzipel_.restart(environment());
+    ASSERT_TRUE(waitUntil([&] { return logHas("Restoring after an unexpected end"); }, 15s));
+    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2}; }));
+    EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
+
+    x_->client().setFullScreen(player, true);
+    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }));
+    ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
     kill(marzipel_.process().pid(), SIGTERM);
     ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
-    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2, 0, 2}));
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(logHas("App quitting, deactivating"));
     x_->client().setFullScreen(player, false);

@@ -27,6 +27,10 @@ public:
     /// Starts it with `environment` added and waits until it has launched; fails the test when
     /// it does not.
     void start(const std::vector<std::string>& environment);
+    /// Starts it again on the settings the last run left, without waiting.
+    void restart(const std::vector<std::string>& environment) {
+        process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
+    }
 
     Child& process() { return process_; }
     /// Whether the debug log has `line` as a whole line.

@@ -1,14 +1,22 @@
 #include "platform/linux/plist_file_preferences_store.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <memory>
+#include <random>
 #include <regex>
+#include <thread>
 
 #include "platform/linux/atomic_file.h"
 #include "platform/plist/plist_codec.h"
 #include "platform/sim/sim_basics.h"
+#include "support/child_process.h"
 #include "support/scoped_env.h"
 #include "support/temp_folder.h"
 
@@ -162,6 +170,52 @@ TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLin
         PlistValue(PlistDictionary{{"debugLoggingEnabled", false}, {"welcomeScreenShown", true}}));
     EXPECT_EQ(fs::directory_iterator(fs::path(target).parent_path())->path().filename(),
               "Marzipel.plist");
+}
+
+// A writer killed at random moments: the file always holds one whole save, never older than the
+// one seen before, and the temporary file a killed writer leaves goes at the next start.
+// MARZIPEL_SAVE_KILLS sets how many kills.
+TEST_F(PlistFilePreferencesStoreTest, SavesKilledMidwayLeaveTheOldOrTheNewValueAndNoPileOfFiles) {
+    const char* kills = std::getenv("MARZIPEL_SAVE_KILLS");
+    const int rounds = kills ? std::atoi(kills) : 100;
+    std::mt19937 random(std::random_device{}());
+    std::uniform_int_distribution<int> microseconds(0, 30000);
+    std::string first = "0:";
+    first.resize(16 * 1024, 'x');
+    PlistFilePreferencesStore(path, log).setObject("saved", first);
+    long last = 0;
+    int leftovers = 0;
+    for (int round = 0; round < rounds; ++round) {
+        Child writer;
+        ASSERT_EQ(startAndReadLine(writer, {PREFERENCES_WRITER, path}), "ready");
+        std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+        kill(writer.pid(), SIGKILL);
+        writer.stop();
+
+        const auto contents = fileContents();
+        const auto* values = contents ? contents->as<PlistDictionary>() : nullptr;
+        ASSERT_TRUE(values && values->contains("saved")) << "round " << round;
+        const auto* saved = values->at("saved").as<std::string>();
+        ASSERT_TRUE(saved && saved->size() == 16 * 1024) << "round " << round;
+        const long count = std::stol(*saved);
+        ASSERT_GE(count, last) << "round " << round;
+        last = count;
+        const auto names = folderEntries();
+        leftovers += static_cast<int>(names.size()) - 1;
+        ASSERT_LE(names.size(), 2u) << "round " << round << ": " << names.front() << " and more";
+    }
+    // One that a writer still holds is kept.
+    const std::string busy = folder.file("config/marzipel/.com.orsavelt.Marzipel.plist.AbC123");
+    writeFile(busy, "");
+    const int held = open(busy.c_str(), O_RDONLY | O_CLOEXEC);
+    flock(held, LOCK_EX);
+    PlistFilePreferencesStore(path, log).setObject("saved", first);
+    EXPECT_EQ(folderEntries().size(), 2u);
+    close(held);
+    PlistFilePreferencesStore store(path, log);
+    EXPECT_EQ(folderEntries(), std::vector<std::string>{"com.orsavelt.Marzipel.plist"});
+    EXPECT_TRUE(log.entries.empty());
+    std::printf("%d kills, %d left a temporary file, %ld saves\n", rounds, leftovers, last);
 }
 
 TEST(PreferencesPathTest, FollowsXdgConfigHomeUnlessUnsetEmptyOrRelative) {
