@@ -119,7 +119,7 @@ class Gnome:
     session = {"XDG_SESSION_TYPE": "wayland", "XDG_CURRENT_DESKTOP": "GNOME",
                "GSETTINGS_BACKEND": "keyfile"}
     listener = GNOME_LISTENER
-    # The focused window's flag is the first boolean of the signal; none means no focus.
+    # The focused window's flag is the first boolean of the signal.
     monitored = ("type='signal',interface='com.orsavelt.Marzipel.Shell',member='Changed'",
                  r"signal time=(\d+\.\d+) .*member=Changed", None)
 
@@ -238,6 +238,42 @@ class MonitoredReports(Reports):
             self.changed.notify_all()
 
 
+class Questions:
+    """marzipel's method calls on the system bus and the answers to them, as one dbus-monitor
+    sees them pass: (time, member, or None for an answer). They split marzipel's own share into
+    the stand-ins answering what it asks before dimming and what is left to marzipel."""
+
+    def __init__(self, processes, address):
+        self.seen = []
+        self.changed = threading.Condition()
+        monitor = processes.start(
+            ["dbus-monitor", "--address", address, "--profile", "type='method_call'",
+             "type='method_return'", "type='error'"], stdout=subprocess.PIPE, text=True, bufsize=1)
+        threading.Thread(target=self._read, args=(monitor.stdout,), daemon=True).start()
+
+    def _read(self, stream):
+        for line in stream:
+            fields = line.rstrip("\n").split("\t")
+            if fields[0] in ("mc", "mr", "err") and len(fields) > 2:
+                with self.changed:
+                    self.seen.append((float(fields[1]), fields[7] if fields[0] == "mc" else None))
+                    self.changed.notify_all()
+
+    def split(self, after, seconds=10.0):
+        """From the first question after `after` to the last answer before SetBrightness, and
+        from there to SetBrightness, in ms; nothing when there was no question."""
+        with self.changed:
+            self.changed.wait_for(lambda: any(m == "SetBrightness" for _, m in self.seen[after:]),
+                                  seconds)
+            seen = self.seen[after:]
+        dimmed = next((t for t, m in seen if m == "SetBrightness"), None)
+        asked = [t for t, m in seen if m not in (None, "SetBrightness") and t <= (dimmed or 0)]
+        answered = [t for t, m in seen if m is None and asked and asked[0] <= t <= dimmed]
+        if not answered:
+            return None
+        return 1000 * (answered[-1] - asked[0]), 1000 * (dimmed - answered[-1])
+
+
 def toggle(player, times, seen, heard):
     """Asks for full screen and back until `times` requests for it were heard at once:
     `seen()` counts what was heard so far, `heard(on, after, seconds)` waits for what follows
@@ -337,22 +373,25 @@ def run(args, processes, work, compositor):
 
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
     passing = MonitoredReports(processes, env["DBUS_SESSION_BUS_ADDRESS"], compositor.monitored)
+    questions = Questions(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
     processes.start([os.path.join(args.build_dir, "src/app/marzipel")])
     wait_for("marzipel's bus name", lambda: succeeds(
         "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
         "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetNameOwner",
         "com.orsavelt.Marzipel"))
     time.sleep(2)  # start-up work after the name: the script's first reports, first paints
-    own = []
+    own, split = [], []
 
     def dimmed(on, after, seconds):
         level = calls.wait_for_level(0 if on else 2, after[0], seconds)[0]
         if on:
             own.append(1000 * (level - passing.wait_for(True, after[1])))
+            split.extend(filter(None, [questions.split(after[2])]))
         return level
 
-    whole, whole_again = toggle(player, args.toggles,
-                                lambda: (len(calls.calls), len(passing.heard)), dimmed)
+    whole, whole_again = toggle(
+        player, args.toggles,
+        lambda: (len(calls.calls), len(passing.heard), len(questions.seen)), dimmed)
 
     print(f"Full screen on {compositor.name}, {args.toggles} toggles of a Qt Wayland window "
           f"({bare_again + whole_again} requests sent again); load average "
@@ -362,6 +401,9 @@ def run(args, processes, work, compositor):
     print(f"  difference of the two medians: "
           f"{statistics.median(whole) - statistics.median(bare):.2f} ms")
     figures("marzipel's own share, the report passing on the bus -> SetBrightness(0)", own)
+    if split:
+        figures("of which its first question -> the stand-ins' last answer", [w for w, _ in split])
+        figures("of which the last answer -> SetBrightness(0)", [r for _, r in split])
 
 
 if __name__ == "__main__":
