@@ -259,19 +259,28 @@ class Questions:
                     self.seen.append((float(fields[1]), fields[7] if fields[0] == "mc" else None))
                     self.changed.notify_all()
 
-    def split(self, after, seconds=10.0):
-        """From the first question after `after` to the last answer before SetBrightness, and
-        from there to SetBrightness, in ms; nothing when there was no question."""
+    def split(self, number, seconds=10.0):
+        """For marzipel's SetBrightness call `number` (from 0): from the first of the questions
+        asked just before it (in one burst, so not those about a request the window let go) to
+        the last answer, and from there to the call, in ms; nothing when there was no question."""
+        def calls():
+            return [i for i, (_, member) in enumerate(self.seen) if member == "SetBrightness"]
+
         with self.changed:
-            self.changed.wait_for(lambda: any(m == "SetBrightness" for _, m in self.seen[after:]),
-                                  seconds)
-            seen = self.seen[after:]
-        dimmed = next((t for t, m in seen if m == "SetBrightness"), None)
-        asked = [t for t, m in seen if m not in (None, "SetBrightness") and t <= (dimmed or 0)]
-        answered = [t for t, m in seen if m is None and asked and asked[0] <= t <= dimmed]
+            self.changed.wait_for(lambda: len(calls()) > number, seconds)
+            found, seen = calls(), list(self.seen)
+        if len(found) <= number:
+            return None
+        end = start = found[number]
+        while start > (found[number - 1] + 1 if number else 0) and \
+                seen[start][0] - seen[start - 1][0] < 0.05:
+            start -= 1
+        between = seen[start:end]
+        asked = [t for t, member in between if member]
+        answered = [t for t, member in between if not member and asked and t >= asked[0]]
         if not answered:
             return None
-        return 1000 * (answered[-1] - asked[0]), 1000 * (dimmed - answered[-1])
+        return 1000 * (answered[-1] - asked[0]), 1000 * (seen[end][0] - answered[-1])
 
 
 def toggle(player, times, seen, heard):
@@ -383,15 +392,14 @@ def run(args, processes, work, compositor):
     own, split = [], []
 
     def dimmed(on, after, seconds):
-        level = calls.wait_for_level(0 if on else 2, after[0], seconds)[0]
+        level = calls.wait_for_level(0 if on else 2, after[0], seconds)
         if on:
-            own.append(1000 * (level - passing.wait_for(True, after[1])))
-            split.extend(filter(None, [questions.split(after[2])]))
-        return level
+            own.append(1000 * (level[0] - passing.wait_for(True, after[1])))
+            split.extend(filter(None, [questions.split(calls.calls.index(level, after[0]))]))
+        return level[0]
 
-    whole, whole_again = toggle(
-        player, args.toggles,
-        lambda: (len(calls.calls), len(passing.heard), len(questions.seen)), dimmed)
+    whole, whole_again = toggle(player, args.toggles,
+                                lambda: (len(calls.calls), len(passing.heard)), dimmed)
 
     print(f"Full screen on {compositor.name}, {args.toggles} toggles of a Qt Wayland window "
           f"({bare_again + whole_again} requests sent again); load average "
