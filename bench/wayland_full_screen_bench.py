@@ -315,7 +315,7 @@ def figures(label, milliseconds):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--build-dir", default=os.path.join(ROOT, "build/dev"))
     parser.add_argument("--toggles", type=int, default=20, help="full-screen toggles timed")
     parser.add_argument("--compositor", choices=("kwin", "gnome"), default="kwin")
