@@ -3,15 +3,17 @@
 bare listener of the compositor's report, in one run.
 
     /usr/bin/python3 bench/wayland_full_screen_bench.py [--build-dir build/dev] [--toggles 20]
+        [--compositor kwin|gnome]
 
 Builds marzipel and the tests' window program, starts a private session and system bus, the
-compositor (headless KWin), and a stand-in UPower keyboard backlight (python3-dbusmock). The
-window program plays the video player and is asked for full screen by a signal. First a bare
-listener takes marzipel's bus name and our compositor script reports to it: the time from the
-request to the report reaching it is the compositor's share. Then marzipel runs instead, and the
-time from the request to SetBrightness(0) reaching the stand-in UPower is the whole; the
-difference of the medians is marzipel's own share. What is particular to a compositor is in
-one class below, so that others can be added.
+compositor (headless KWin, or headless GNOME Shell with marzipel's extension), and a stand-in
+UPower keyboard backlight (python3-dbusmock). The window program plays the video player and is
+asked for full screen by a signal. First a bare listener hears the compositor's reports: the
+time from the request to a report reaching it is the compositor's share. Then marzipel runs
+instead, and the time from the request to SetBrightness(0) reaching the stand-in UPower is the
+whole; the difference of the medians is marzipel's own share, and so is the time from the
+report passing on the bus to SetBrightness(0). What is particular to a compositor is in one
+class below, so that others can be added.
 """
 import argparse
 import os
@@ -25,17 +27,21 @@ import tempfile
 import threading
 import time
 
+import dbus
+import dbus.bus
+
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from linux_tray_bench import (ROOT, BrightnessCalls, Processes, percentile,  # noqa: E402
-                              start_with_ready_line, succeeds, wait_for)
+from linux_tray_bench import (ROOT, BrightnessCalls, Processes, output,  # noqa: E402
+                              percentile, start_with_ready_line, succeeds, wait_for)
 
 PLAYER = "marzipel-bench-player"
 KEYBOARD = ["--dest", "org.freedesktop.UPower", "--object-path",
             "/org/freedesktop/UPower/KbdBacklight"]
 SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
+EXTENSION = "marzipel@orsavelt.com"
 
 # Owns marzipel's bus name and prints the arrival time of every full-screen report, nothing else.
-LISTENER = r"""
+KWIN_LISTENER = r"""
 import sys, time, dbus, dbus.mainloop.glib
 from gi.repository import GLib
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
@@ -51,11 +57,29 @@ GLib.MainLoop().run()
 """
 
 
+# Prints the arrival time of every report of marzipel's GNOME Shell extension, nothing else.
+GNOME_LISTENER = r"""
+import sys, time, dbus, dbus.mainloop.glib
+from gi.repository import GLib
+dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+def heard(focused, windows):
+    print(f"{time.time():.6f} {int(bool(focused and focused[0][3]))}", flush=True)
+dbus.SessionBus().add_signal_receiver(heard, "Changed", "com.orsavelt.Marzipel.Shell",
+                                      path="/com/orsavelt/Marzipel/Shell")
+print("ready", flush=True)
+GLib.MainLoop().run()
+"""
+
+
 class KWin:
     """Headless KWin on Wayland; our script is loaded through its Scripting interface."""
 
     name = "KWin (kwin_wayland --virtual, QPainter)"
     session = {"XDG_SESSION_TYPE": "wayland", "XDG_CURRENT_DESKTOP": "KDE"}
+    listener = KWIN_LISTENER
+    # How dbus-monitor shows a report passing: the rule, its header line, the key of its flag.
+    monitored = ("type='method_call',interface='com.orsavelt.Marzipel',member='ReportActiveWindow'",
+                 r"method call time=(\d+\.\d+) .*member=ReportActiveWindow", '"fullScreen"')
 
     def start(self, processes, work):
         # The packaged binary carries a file capability that a container may refuse; a copy has
@@ -70,7 +94,7 @@ class KWin:
             "--method", "org.kde.kwin.Scripting.isScriptLoaded", "none"))
         return "marzipel-bench"
 
-    def load_script(self):
+    def start_reports(self):
         answer = subprocess.run(
             ["gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path", "/Scripting",
              "--method", "org.kde.kwin.Scripting.loadScript", SCRIPT, "marzipel"],
@@ -80,19 +104,87 @@ class KWin:
                         f"/{script}", "--method", "org.kde.kwin.Script.run"],
                        check=True, stdout=subprocess.DEVNULL, timeout=10)
 
-    def unload_script(self):
+    def stop_reports(self):
         subprocess.run(["gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path",
                         "/Scripting", "--method", "org.kde.kwin.Scripting.unloadScript",
                         "marzipel"], check=True, stdout=subprocess.DEVNULL, timeout=10)
 
 
+class Gnome:
+    """Headless GNOME Shell 43 on Wayland with marzipel's extension, which reports all the time.
+    It needs a stand-in logind on the system bus, and starts in the overview, where no window
+    gets focus until a user leaves it."""
+
+    name = "GNOME Shell (gnome-shell --headless --virtual-monitor)"
+    session = {"XDG_SESSION_TYPE": "wayland", "XDG_CURRENT_DESKTOP": "GNOME",
+               "GSETTINGS_BACKEND": "keyfile"}
+    listener = GNOME_LISTENER
+    # The focused window's flag is the first boolean of the signal.
+    monitored = ("type='signal',interface='com.orsavelt.Marzipel.Shell',member='Changed'",
+                 r"signal time=(\d+\.\d+) .*member=Changed", None)
+
+    def __init__(self, build_dir):
+        major = int(re.search(r"(\d+)", output("gnome-shell", "--version")).group(1))
+        self.extension = os.path.join(build_dir, "gnome-shell-extension",
+                                      "legacy" if major < 45 else "module", EXTENSION)
+
+    def start(self, processes, work):
+        shutil.copytree(self.extension, os.path.join(
+            os.environ["XDG_DATA_HOME"], "gnome-shell/extensions", EXTENSION))
+        settings = os.path.join(os.environ["XDG_CONFIG_HOME"], "glib-2.0/settings")
+        os.makedirs(settings)
+        with open(f"{settings}/keyfile", "w") as f:
+            f.write(f"[org/gnome/shell]\nenabled-extensions=['{EXTENSION}']\n")
+        processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "-t", "logind"])
+        wait_for("the stand-in logind", lambda: succeeds(
+            "gdbus", "introspect", "--system", "--dest", "org.freedesktop.login1",
+            "--object-path", "/org/freedesktop/login1"))
+        processes.start(["gnome-shell", "--headless", "--wayland", "--no-x11", "--wayland-display",
+                         "marzipel-bench", "--virtual-monitor", "1280x800"],
+                        env=dict(os.environ, **self.session))
+        # Mutter ends a remote desktop session when the connection that made it goes.
+        bus = dbus.bus.BusConnection(os.environ["DBUS_SESSION_BUS_ADDRESS"])
+
+        def shell(method, *arguments, interface="org.gnome.Shell.Extensions"):
+            try:
+                return bus.call_blocking("org.gnome.Shell", "/org/gnome/Shell", interface,
+                                         method, None, arguments)
+            except dbus.DBusException:
+                return None  # not on the bus yet
+
+        wait_for("the shell with our extension on", lambda: (
+            shell("GetExtensionInfo", EXTENSION) or {}).get("state") == 1, 30)
+        # It starts in the overview, shown once its start-up animation has run; a user leaves
+        # it with Escape, typed here as a remote desktop would.
+        overview = ("org.gnome.Shell", "OverviewActive")
+        wait_for("the overview", lambda: shell("Get", *overview, interface=dbus.PROPERTIES_IFACE))
+        remote = "org.gnome.Mutter.RemoteDesktop"
+        session = bus.call_blocking(remote, "/org/gnome/Mutter/RemoteDesktop", remote,
+                                    "CreateSession", None, ())
+        desktop = dbus.Interface(bus.get_object(remote, session), f"{remote}.Session")
+        desktop.Start()
+        for pressed in (True, False):
+            desktop.NotifyKeyboardKeycode(dbus.UInt32(1), pressed)  # evdev KEY_ESC
+        wait_for("the overview to go",
+                 lambda: not shell("Get", *overview, interface=dbus.PROPERTIES_IFACE))
+        desktop.Stop()
+        bus.close()
+        return "marzipel-bench"
+
+    def start_reports(self):
+        pass
+
+    def stop_reports(self):
+        pass
+
+
 class Reports:
     """The bare listener's lines: (time, full screen)."""
 
-    def __init__(self, processes):
+    def __init__(self, processes, listener):
         self.heard = []
         self.changed = threading.Condition()
-        listener = processes.start(["/usr/bin/python3", "-c", LISTENER], stdout=subprocess.PIPE,
+        listener = processes.start(["/usr/bin/python3", "-c", listener], stdout=subprocess.PIPE,
                                    text=True, bufsize=1)
         if listener.stdout.readline().strip() != "ready":
             raise RuntimeError("the bare listener did not start")
@@ -119,43 +211,101 @@ class MonitoredReports(Reports):
     """The compositor's reports to marzipel as dbus-monitor on the session bus sees them pass:
     (time, full screen)."""
 
-    def __init__(self, processes, address):
+    def __init__(self, processes, address, monitored):
         self.heard = []
         self.changed = threading.Condition()
-        monitor = processes.start(
-            ["dbus-monitor", "--address", address,
-             "type='method_call',interface='com.orsavelt.Marzipel',member='ReportActiveWindow'"],
-            stdout=subprocess.PIPE, text=True, bufsize=1)
-        threading.Thread(target=self._parse, args=(monitor.stdout,), daemon=True).start()
+        rule, header, key = monitored
+        monitor = processes.start(["dbus-monitor", "--address", address, rule],
+                                  stdout=subprocess.PIPE, text=True, bufsize=1)
+        threading.Thread(target=self._parse, args=(monitor.stdout, header, key),
+                         daemon=True).start()
 
-    def _parse(self, stream):
-        stamp, key = None, None
+    def _parse(self, stream, header_pattern, key):
+        stamp, keyed = None, False
         for line in stream:
-            header = re.match(r"method call time=(\d+\.\d+) .*member=ReportActiveWindow", line)
+            header = re.match(header_pattern, line)
             if header:
-                stamp = float(header.group(1))
-            elif '"fullScreen"' in line:
-                key = "fullScreen"
-            elif key and "boolean" in line and stamp is not None:
+                stamp, keyed = float(header.group(1)), key is None
+            elif key and key in line:
+                keyed = True
+            elif keyed and "boolean" in line and stamp is not None:
+                self._add(stamp, line.split()[-1] == "true")
+                stamp, keyed = None, False
+
+    def _add(self, stamp, full_screen):
+        with self.changed:
+            self.heard.append((stamp, full_screen))
+            self.changed.notify_all()
+
+
+class Questions:
+    """marzipel's method calls on the system bus and the answers to them, as one dbus-monitor
+    sees them pass: (time, member, or None for an answer). They split marzipel's own share into
+    the stand-ins answering what it asks before dimming and what is left to marzipel."""
+
+    def __init__(self, processes, address):
+        self.seen = []
+        self.changed = threading.Condition()
+        monitor = processes.start(
+            ["dbus-monitor", "--address", address, "--profile", "type='method_call'",
+             "type='method_return'", "type='error'"], stdout=subprocess.PIPE, text=True, bufsize=1)
+        threading.Thread(target=self._read, args=(monitor.stdout,), daemon=True).start()
+
+    def _read(self, stream):
+        for line in stream:
+            fields = line.rstrip("\n").split("\t")
+            if fields[0] in ("mc", "mr", "err") and len(fields) > 2:
                 with self.changed:
-                    self.heard.append((stamp, line.split()[-1] == "true"))
+                    self.seen.append((float(fields[1]), fields[7] if fields[0] == "mc" else None))
                     self.changed.notify_all()
-                stamp, key = None, None
+
+    def split(self, number, seconds=10.0):
+        """For marzipel's SetBrightness call `number` (from 0): from the first of the questions
+        asked just before it (in one burst, so not those about a request the window let go) to
+        the last answer, and from there to the call, in ms; nothing when there was no question."""
+        def calls():
+            return [i for i, (_, member) in enumerate(self.seen) if member == "SetBrightness"]
+
+        with self.changed:
+            self.changed.wait_for(lambda: len(calls()) > number, seconds)
+            found, seen = calls(), list(self.seen)
+        if len(found) <= number:
+            return None
+        end = start = found[number]
+        while start > (found[number - 1] + 1 if number else 0) and \
+                seen[start][0] - seen[start - 1][0] < 0.05:
+            start -= 1
+        between = seen[start:end]
+        asked = [t for t, member in between if member]
+        answered = [t for t, member in between if not member and asked and t >= asked[0]]
+        if not answered:
+            return None
+        return 1000 * (answered[-1] - asked[0]), 1000 * (seen[end][0] - answered[-1])
 
 
 def toggle(player, times, seen, heard):
-    """Asks for full screen and back `times` times: `seen()` counts what was heard so far,
-    `heard(on, after)` waits for what follows and gives its time. The delays in ms."""
-    delays = []
-    for _ in range(times):
-        after = seen()
-        asked = time.time()
-        player.send_signal(signal.SIGUSR1)
-        delays.append(heard(True, after) - asked)
-        after = seen()
-        player.send_signal(signal.SIGUSR2)
-        heard(False, after)
-    return [1000 * delay for delay in delays]
+    """Asks for full screen and back until `times` requests for it were heard at once:
+    `seen()` counts what was heard so far, `heard(on, after, seconds)` waits for what follows
+    and gives its time. A Qt Wayland window asked back too soon after it went full screen may
+    let the request go, so one not heard is sent again, and a delay that needed that is left
+    out. The delays in ms, and how many requests were sent again."""
+    delays, again = [], 0
+    while len(delays) < times:
+        for on, ask in ((True, signal.SIGUSR1), (False, signal.SIGUSR2)):
+            after = seen()
+            for attempt in range(5):
+                asked = time.time()
+                player.send_signal(ask)
+                try:
+                    arrived = heard(on, after, 2.0)
+                    break
+                except TimeoutError:
+                    again += 1
+            else:
+                raise TimeoutError(f"full screen {'on' if on else 'off'} not heard")
+            if on and attempt == 0:
+                delays.append(1000 * (arrived - asked))
+    return delays, again
 
 
 def figures(label, milliseconds):
@@ -165,9 +315,10 @@ def figures(label, milliseconds):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--build-dir", default=os.path.join(ROOT, "build/dev"))
     parser.add_argument("--toggles", type=int, default=20, help="full-screen toggles timed")
+    parser.add_argument("--compositor", choices=("kwin", "gnome"), default="kwin")
     args = parser.parse_args()
     if args.toggles < 1:
         parser.error("--toggles must be at least 1")
@@ -177,7 +328,8 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     with tempfile.TemporaryDirectory(prefix="marzipel-bench-") as work:
         try:
-            run(args, processes, work, KWin())
+            run(args, processes, work,
+                KWin() if args.compositor == "kwin" else Gnome(args.build_dir))
         finally:
             processes.stop_all()
 
@@ -221,37 +373,45 @@ def run(args, processes, work, compositor):
     if player.stdout.readline().strip() != b"ready":
         raise RuntimeError("the player window did not show")
 
-    reports = Reports(processes)
-    compositor.load_script()
-    bare = toggle(player, args.toggles, lambda: len(reports.heard), reports.wait_for)
-    compositor.unload_script()
+    reports = Reports(processes, compositor.listener)
+    compositor.start_reports()
+    bare, bare_again = toggle(player, args.toggles, lambda: len(reports.heard), reports.wait_for)
+    compositor.stop_reports()
     processes.started[-1].terminate()
     processes.started[-1].wait()
 
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
-    passing = MonitoredReports(processes, env["DBUS_SESSION_BUS_ADDRESS"])
+    passing = MonitoredReports(processes, env["DBUS_SESSION_BUS_ADDRESS"], compositor.monitored)
+    questions = Questions(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
     processes.start([os.path.join(args.build_dir, "src/app/marzipel")])
     wait_for("marzipel's bus name", lambda: succeeds(
         "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
         "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetNameOwner",
         "com.orsavelt.Marzipel"))
     time.sleep(2)  # start-up work after the name: the script's first reports, first paints
-    own = []
+    own, split = [], []
 
-    def dimmed(on, after):
-        level = calls.wait_for_level(0 if on else 2, after[0])[0]
+    def dimmed(on, after, seconds):
+        level = calls.wait_for_level(0 if on else 2, after[0], seconds)
         if on:
-            own.append(1000 * (level - passing.wait_for(True, after[1])))
-        return level
+            own.append(1000 * (level[0] - passing.wait_for(True, after[1])))
+            split.extend(filter(None, [questions.split(calls.calls.index(level, after[0]))]))
+        return level[0]
 
-    whole = toggle(player, args.toggles, lambda: (len(calls.calls), len(passing.heard)), dimmed)
+    whole, whole_again = toggle(player, args.toggles,
+                                lambda: (len(calls.calls), len(passing.heard)), dimmed)
 
-    print(f"Full screen on {compositor.name}, {args.toggles} toggles of a Qt Wayland window\n")
+    print(f"Full screen on {compositor.name}, {args.toggles} toggles of a Qt Wayland window "
+          f"({bare_again + whole_again} requests sent again); load average "
+          f"{' '.join(f'{load:.2f}' for load in os.getloadavg())}\n")
     figures("request -> the compositor's report at a bare listener", bare)
     figures("request -> SetBrightness(0) at the stand-in UPower", whole)
     print(f"  difference of the two medians: "
           f"{statistics.median(whole) - statistics.median(bare):.2f} ms")
     figures("marzipel's own share, the report passing on the bus -> SetBrightness(0)", own)
+    if split:
+        figures("of which its first question -> the stand-ins' last answer", [w for w, _ in split])
+        figures("of which the last answer -> SetBrightness(0)", [r for _, r in split])
 
 
 if __name__ == "__main__":
