@@ -111,13 +111,12 @@ void LinuxWindowSource::startX11(SystemLog& log) {
 
 void LinuxWindowSource::startKWin(SystemLog& log, MarzipelBusService& bus) {
     useReportedWindows();
-    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log, readAhead_);
+    kwin_ = std::make_unique<KWinWindowSource>(*reported_, bus, kwinScriptPath(), log);
 }
 
 void LinuxWindowSource::startGnomeShell(SystemLog& log) {
     useReportedWindows();
     gnomeShell_ = std::make_unique<GnomeShellWindows>(*reported_, log);
-    gnomeShell_->setFullScreenLikelyHandler(readAhead_);
 }
 
 void LinuxWindowSource::startSway(SystemLog& log) {
@@ -133,6 +132,7 @@ void LinuxWindowSource::startUnsupported() {
 
 void LinuxWindowSource::useReportedWindows() {
     reported_ = std::make_unique<ReportedWindows>(entries_);
+    reported_->setFullScreenLikelyHandler(readAhead_);
     spaceMonitor_ = reported_.get();
     workspace_ = reported_.get();
 }

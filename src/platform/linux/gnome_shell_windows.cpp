@@ -189,7 +189,6 @@ void GnomeShellWindows::onChanged(const QDBusMessage& message) {
 void GnomeShellWindows::report(const QDBusMessage& message) {
     if (message.signature() != kReportSignature) return;
     std::optional<ReportedWindow> focused = focusedOf(message.arguments().at(0));
-    if (focused && focused->fullScreen && fullScreenLikely_) fullScreenLikely_();
     sink_.reportWindows(windowsOf(message.arguments().at(1)));
     sink_.reportActive(std::move(focused));
 }

@@ -35,12 +35,6 @@ public:
                       QString uuid = QString::fromLatin1(kGnomeShellExtensionUuid));
     ~GnomeShellWindows() override;
 
-    /// Called before a report of a full-screen window goes on, so that what the program asks
-    /// next can be under way already.
-    void setFullScreenLikelyHandler(std::function<void()> handler) {
-        fullScreenLikely_ = std::move(handler);
-    }
-
 private Q_SLOTS:
     void onChanged(const QDBusMessage& message);
     void onExtensionStateChanged(const QString& uuid, const QVariantMap& info);
@@ -60,7 +54,6 @@ private:
     QString shellOwner_;
     std::unique_ptr<QDBusServiceWatcher> ownerWatcher_;
     std::set<QString> refusedSenders_;
-    std::function<void()> fullScreenLikely_;
     bool seeing_ = false;
 };
 

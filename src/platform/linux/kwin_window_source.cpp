@@ -8,12 +8,10 @@
 namespace marzipel {
 
 KWinWindowSource::KWinWindowSource(ReportedWindows& windows, MarzipelBusService& bus,
-                                   QString scriptPath, SystemLog& log,
-                                   std::function<void()> fullScreenReported)
+                                   QString scriptPath, SystemLog& log)
     : windows_(windows),
       bus_(bus),
       log_(log),
-      fullScreenReported_(std::move(fullScreenReported)),
       kwin_(std::make_unique<BusNameOwner>(bus.bus(), QStringLiteral("org.kde.KWin"))),
       script_(std::make_unique<KWinScript>(std::move(scriptPath), log, bus.bus())) {
     bus_.acceptWindowReports(

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <functional>
 #include <memory>
 
 #include "platform/system_log.h"
@@ -20,10 +19,8 @@ class ReportedWindows;
 class KWinWindowSource {
 public:
     /// Starts the script at `scriptPath`; `windows`, `bus` and `log` must outlive this object.
-    /// `fullScreenReported` runs before a report of a full-screen focused window reaches
-    /// `windows`, so that what the core will ask next can be read ahead.
     KWinWindowSource(ReportedWindows& windows, MarzipelBusService& bus, QString scriptPath,
-                     SystemLog& log, std::function<void()> fullScreenReported = {});
+                     SystemLog& log);
     /// Unloads the script and refuses further reports.
     ~KWinWindowSource();
     KWinWindowSource(const KWinWindowSource&) = delete;
@@ -35,7 +32,6 @@ private:
     ReportedWindows& windows_;
     MarzipelBusService& bus_;
     SystemLog& log_;
-    std::function<void()> fullScreenReported_;
     std::unique_ptr<BusNameOwner> kwin_;
     std::unique_ptr<KWinScript> script_;
 };

@@ -12,7 +12,9 @@ ReportedWindows::ReportedWindows(const DesktopEntries& entries, std::string proc
     : identifier_(entries, std::move(procRoot)) {}
 
 void ReportedWindows::reportActive(std::optional<ReportedWindow> window) {
+    const bool wentFullScreen = window && window->fullScreen && !(active_ && *active_ == *window);
     active_ = std::move(window);
+    if (wentFullScreen && fullScreenLikely_) fullScreenLikely_();
     if (handler_) handler_();
 }
 

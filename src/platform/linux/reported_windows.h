@@ -41,6 +41,12 @@ public:
     void setActiveSpaceChangedHandler(std::function<void()> handler) override {
         handler_ = std::move(handler);
     }
+    /// Calls `handler` when a report says the focused window has just gone full screen, before
+    /// the change handler: what follows will want the desktop's services, which can be asked
+    /// meanwhile. A repeat of a full-screen report does not call it.
+    void setFullScreenLikelyHandler(std::function<void()> handler) {
+        fullScreenLikely_ = std::move(handler);
+    }
     /// A Linux program has no bundle: false.
     bool mainBundleIsAgent() const override { return false; }
     /// A Linux program has no bundle: nothing.
@@ -61,6 +67,7 @@ private:
     std::optional<ReportedWindow> active_;
     std::vector<WindowIdentity> windows_;
     std::function<void()> handler_;
+    std::function<void()> fullScreenLikely_;
 };
 
 }  // namespace marzipel

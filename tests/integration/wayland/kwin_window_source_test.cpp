@@ -49,6 +49,7 @@ protected:
         entries_.add(kPlayer, "Test Player");
         ASSERT_EQ(service_.claim(), MarzipelBusService::Claim::owned);
         windows_.setActiveSpaceChangedHandler([this] { posts_.push_back(windows_.active()); });
+        windows_.setFullScreenLikelyHandler([this] { ++toldFullScreen_; });
         source_ = std::make_unique<KWinWindowSource>(windows_, service_, KWIN_SCRIPT, log_);
         // The script's first report: nothing has focus yet.
         ASSERT_TRUE(processEventsUntil([this] { return !posts_.empty(); }))
@@ -86,6 +87,7 @@ protected:
     ReportedWindows windows_{entries_};
     std::vector<std::optional<ReportedWindow>> posts_;
     std::size_t seen_ = 0;
+    int toldFullScreen_ = 0;
     std::unique_ptr<KWinWindowSource> source_;
 };
 
@@ -115,6 +117,7 @@ TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPostedUntilKWinLea
     kill(other.pid(), SIGUSR1);
     ASSERT_TRUE(posted(other.pid(), true));
     EXPECT_FALSE(windows_.isOnActiveSpace());
+    EXPECT_EQ(toldFullScreen_, 1);
     kill(other.pid(), SIGUSR2);
     EXPECT_TRUE(posted(other.pid(), false));
     kill(other.pid(), SIGUSR1);
@@ -125,10 +128,15 @@ TEST_F(KWinWindowSourceTest, EveryChangeOfFocusAndFullScreenIsPostedUntilKWinLea
     EXPECT_TRUE(windows_.isOnActiveSpace());
     kwin_->runScript(focusScript(other.pid()));
     EXPECT_TRUE(posted(other.pid(), true));
-    // A repeat of the same report is posted too.
-    kwin_->runScript(reportScript("ReportActiveWindow",
-                                  "{pid: " + std::to_string(other.pid()) + ", fullScreen: true}"));
+    // A repeat of the same report is posted too, but is no news to read ahead for.
+    const std::string repeat = reportScript(
+        "ReportActiveWindow", "{pid: " + std::to_string(other.pid()) + ", fullScreen: true}");
+    kwin_->runScript(repeat);
     EXPECT_TRUE(posted(other.pid(), true));
+    const int told = toldFullScreen_;
+    kwin_->runScript(repeat);
+    EXPECT_TRUE(posted(other.pid(), true));
+    EXPECT_EQ(toldFullScreen_, told);
 
     // The full-screen window closes: focus goes back to the player.
     other.stop();
