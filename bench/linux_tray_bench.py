@@ -282,6 +282,26 @@ def resident_kib(pid):
         return int(re.search(r"^VmRSS:\s+(\d+) kB", f.read(), re.M).group(1))
 
 
+def start_buses_and_keyboard(processes, env, work):
+    """A private session and system bus in `work`, named in `env`, and on the system bus a
+    stand-in UPower keyboard backlight with levels 0 to 3, at 2."""
+    for bus in ("session", "system"):
+        config = os.path.join(work, f"{bus}.conf")
+        with open(config, "w") as f:
+            f.write(f"<busconfig><type>{bus}</type><listen>unix:dir={work}</listen>"
+                    "<auth>EXTERNAL</auth><policy context='default'><allow user='*'/>"
+                    "<allow own='*'/><allow send_destination='*' eavesdrop='true'/>"
+                    "<allow eavesdrop='true'/></policy></busconfig>")
+        env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
+            processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
+    processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template",
+                     os.path.join(ROOT, "tests/integration/dbus/mocks/upower_kbd_backlight.py"),
+                     "--parameters", '{"max": 3, "level": 2}'])
+    wait_for("the stand-in UPower", lambda: succeeds(
+        "gdbus", "call", "--system", *KEYBOARD, "--method",
+        "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
+
+
 def percentile(values, fraction):
     ordered = sorted(values)
     return ordered[min(len(ordered) - 1, int(round(fraction * (len(ordered) - 1))))]
@@ -345,21 +365,7 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
                      "--height", "28", "--SetDockType", "true"])
     wait_for("trayer", lambda: succeeds("xdotool", "search", "--classname", "trayer"))
 
-    for bus in ("session", "system"):
-        config = os.path.join(work, f"{bus}.conf")
-        with open(config, "w") as f:
-            f.write(f"<busconfig><type>{bus}</type><listen>unix:dir={work}</listen>"
-                    "<auth>EXTERNAL</auth><policy context='default'><allow user='*'/>"
-                    "<allow own='*'/><allow send_destination='*' eavesdrop='true'/>"
-                    "<allow eavesdrop='true'/></policy></busconfig>")
-        env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
-            processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
-    processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template",
-                     os.path.join(ROOT, "tests/integration/dbus/mocks/upower_kbd_backlight.py"),
-                     "--parameters", '{"max": 3, "level": 2}'])
-    wait_for("the stand-in UPower", lambda: succeeds(
-        "gdbus", "call", "--system", *KEYBOARD, "--method",
-        "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
+    start_buses_and_keyboard(processes, env, work)
     hour = time.localtime().tm_hour
     key = "org.gnome.settings-daemon.plugins.color"
     for name, value in (("night-light-enabled", "true"),

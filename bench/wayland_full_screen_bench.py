@@ -32,11 +32,9 @@ import dbus.bus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from linux_tray_bench import (ROOT, BrightnessCalls, Processes, output,  # noqa: E402
-                              percentile, start_with_ready_line, succeeds, wait_for)
+                              percentile, start_buses_and_keyboard, succeeds, wait_for)
 
 PLAYER = "marzipel-bench-player"
-KEYBOARD = ["--dest", "org.freedesktop.UPower", "--object-path",
-            "/org/freedesktop/UPower/KbdBacklight"]
 SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
 EXTENSION = "marzipel@orsavelt.com"
 
@@ -350,21 +348,7 @@ def run(args, processes, work, compositor):
                 '{"id":"' + PLAYER + '","name":"Bench Player"}</string></array>\n'
                 '<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string>'
                 '</array>\n</dict></plist>\n')
-    for bus in ("session", "system"):
-        config = os.path.join(work, f"{bus}.conf")
-        with open(config, "w") as f:
-            f.write(f"<busconfig><type>{bus}</type><listen>unix:dir={work}</listen>"
-                    "<auth>EXTERNAL</auth><policy context='default'><allow user='*'/>"
-                    "<allow own='*'/><allow send_destination='*' eavesdrop='true'/>"
-                    "<allow eavesdrop='true'/></policy></busconfig>")
-        env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
-            processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
-    processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template",
-                     os.path.join(ROOT, "tests/integration/dbus/mocks/upower_kbd_backlight.py"),
-                     "--parameters", '{"max": 3, "level": 2}'])
-    wait_for("the stand-in UPower", lambda: succeeds(
-        "gdbus", "call", "--system", *KEYBOARD, "--method",
-        "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
+    start_buses_and_keyboard(processes, env, work)
 
     env["WAYLAND_DISPLAY"] = compositor.start(processes, work)
     env.update(compositor.session, QT_QPA_PLATFORM="wayland")
