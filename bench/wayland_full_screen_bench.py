@@ -237,32 +237,58 @@ class MonitoredReports(Reports):
 
 
 class Questions:
-    """marzipel's method calls on the system bus and the answers to them, as one dbus-monitor
-    sees them pass: (time, member, or None for an answer). They split marzipel's own share into
-    the stand-ins answering what it asks before dimming and what is left to marzipel."""
+    """marzipel's method calls on the system and the session bus and the answers to them, as one
+    dbus-monitor on each bus sees them pass: (time, member, or None for an answer). They split
+    marzipel's own share into the services answering what it asks before dimming (on KDE, KWin's
+    Night Color on the session bus too) and what is left to marzipel."""
 
-    def __init__(self, processes, address):
+    def __init__(self, processes, system, session):
         self.seen = []
         self.changed = threading.Condition()
-        monitor = processes.start(
-            ["dbus-monitor", "--address", address, "--profile", "type='method_call'",
-             "type='method_return'", "type='error'"], stdout=subprocess.PIPE, text=True, bufsize=1)
-        threading.Thread(target=self._read, args=(monitor.stdout,), daemon=True).start()
+        # Each bus's unique name of marzipel, once known; a question is counted by its sender.
+        self.asker = {}
+        for bus, address in (("system", system), ("session", session)):
+            monitor = processes.start(
+                ["dbus-monitor", "--address", address, "--profile", "type='method_call'",
+                 "type='method_return'", "type='error'"], stdout=subprocess.PIPE, text=True,
+                bufsize=1)
+            threading.Thread(target=self._read, args=(bus, monitor.stdout), daemon=True).start()
 
-    def _read(self, stream):
+    def know(self, bus, unique_name):
+        with self.changed:
+            self.asker[bus] = unique_name
+            self.seen = [s for s in self.seen if s[2] != bus or s[3] == unique_name]
+            self.seen.sort()
+
+    def _read(self, bus, stream):
+        asked = set()
         for line in stream:
             fields = line.rstrip("\n").split("\t")
-            if fields[0] in ("mc", "mr", "err") and len(fields) > 2:
-                with self.changed:
-                    self.seen.append((float(fields[1]), fields[7] if fields[0] == "mc" else None))
-                    self.changed.notify_all()
+            if fields[0] not in ("mc", "mr", "err") or len(fields) < 6:
+                continue
+            question = fields[0] == "mc"
+            if not question and (fields[4], fields[5]) not in asked:
+                continue  # an answer to a question not counted
+            if question:
+                asked.add((fields[3], fields[2]))
+            entry = (float(fields[1]), fields[7] if question else None, bus,
+                     fields[3] if question else fields[4])
+            with self.changed:
+                if bus in self.asker and entry[3] != self.asker[bus]:
+                    continue
+                # The two monitors' lines arrive each in its own order; keep them in time order.
+                at = len(self.seen)
+                while at and self.seen[at - 1][0] > entry[0]:
+                    at -= 1
+                self.seen.insert(at, entry)
+                self.changed.notify_all()
 
     def split(self, number, seconds=10.0):
         """For marzipel's SetBrightness call `number` (from 0): from the first of the questions
         asked just before it (in one burst, so not those about a request the window let go) to
         the last answer, and from there to the call, in ms; nothing when there was no question."""
         def calls():
-            return [i for i, (_, member) in enumerate(self.seen) if member == "SetBrightness"]
+            return [i for i, (_, member, _, _) in enumerate(self.seen) if member == "SetBrightness"]
 
         with self.changed:
             self.changed.wait_for(lambda: len(calls()) > number, seconds)
@@ -274,11 +300,25 @@ class Questions:
                 seen[start][0] - seen[start - 1][0] < 0.05:
             start -= 1
         between = seen[start:end]
-        asked = [t for t, member in between if member]
-        answered = [t for t, member in between if not member and asked and t >= asked[0]]
+        asked = [t for t, member, _, _ in between if member]
+        answered = [t for t, member, _, _ in between if not member and asked and t >= asked[0]]
         if not answered:
             return None
         return 1000 * (answered[-1] - asked[0]), 1000 * (seen[end][0] - answered[-1])
+
+
+def unique_name_of(address, pid):
+    """The connection of process `pid` to the bus at `address`."""
+    bus = dbus.bus.BusConnection(address)
+    try:
+        daemon = dbus.Interface(bus.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus"),
+                                "org.freedesktop.DBus")
+        for name in daemon.ListNames():
+            if name.startswith(":") and daemon.GetConnectionUnixProcessID(name) == pid:
+                return str(name)
+    finally:
+        bus.close()
+    raise RuntimeError(f"process {pid} is not on the bus at {address}")
 
 
 def toggle(player, times, seen, heard):
@@ -366,13 +406,16 @@ def run(args, processes, work, compositor):
 
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
     passing = MonitoredReports(processes, env["DBUS_SESSION_BUS_ADDRESS"], compositor.monitored)
-    questions = Questions(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
-    processes.start([os.path.join(args.build_dir, "src/app/marzipel")])
+    questions = Questions(processes, env["DBUS_SYSTEM_BUS_ADDRESS"],
+                          env["DBUS_SESSION_BUS_ADDRESS"])
+    marzipel = processes.start([os.path.join(args.build_dir, "src/app/marzipel")])
     wait_for("marzipel's bus name", lambda: succeeds(
         "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
         "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.GetNameOwner",
         "com.orsavelt.Marzipel"))
     time.sleep(2)  # start-up work after the name: the script's first reports, first paints
+    for bus in ("system", "session"):
+        questions.know(bus, unique_name_of(env[f"DBUS_{bus.upper()}_BUS_ADDRESS"], marzipel.pid))
     own, split = [], []
 
     def dimmed(on, after, seconds):

@@ -89,7 +89,7 @@ int main(int argc, char* argv[]) {
     NoUpdater updater;
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
-    ProcRunMarker runMarker(runMarkerFolder());
+    ProcRunMarker runMarker(runMarkerFolder(), "/proc", qtMainLoop());
 
     SettingsManager settings(std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(),
                                                                          systemLog, qtMainLoop()),

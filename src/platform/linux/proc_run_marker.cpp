@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "platform/linux/atomic_file.h"
 
@@ -31,11 +32,17 @@ std::string startTimeOf(const std::string& procRoot, long processId) {
 
 }  // namespace
 
-ProcRunMarker::ProcRunMarker(std::string folder, std::string procRoot)
-    : file_(folder.empty() ? std::string() : folder + "/active"), procRoot_(std::move(procRoot)) {}
+ProcRunMarker::ProcRunMarker(std::string folder, std::string procRoot, Scheduler scheduler)
+    : file_(folder.empty() ? std::string() : folder + "/active"),
+      procRoot_(std::move(procRoot)),
+      scheduler_(std::move(scheduler)) {}
+
+ProcRunMarker::~ProcRunMarker() { flush(); }
 
 RunMark ProcRunMarker::find() const {
     if (file_.empty()) return RunMark::none;
+    // The file may still hold an ended run's marker until the task writes ours.
+    if (placePending_) return RunMark::ofRunningProcess;
     std::ifstream marker(file_);
     if (!marker) return RunMark::none;
     long processId = 0;
@@ -47,12 +54,28 @@ RunMark ProcRunMarker::find() const {
 
 void ProcRunMarker::place() {
     if (file_.empty()) return;
+    if (!scheduler_) {
+        write();
+        return;
+    }
+    if (std::exchange(placePending_, true)) return;
+    scheduler_([weakSelf = std::weak_ptr(self_)] {
+        if (const auto self = weakSelf.lock()) (*self)->flush();
+    });
+}
+
+void ProcRunMarker::flush() {
+    if (std::exchange(placePending_, false)) write();
+}
+
+void ProcRunMarker::write() {
     const long self = getpid();
     replaceFileAtomically(file_, std::to_string(self) + " " + startTimeOf(procRoot_, self) + "\n");
 }
 
 void ProcRunMarker::remove() {
     if (file_.empty()) return;
+    placePending_ = false;
     std::error_code ignored;
     std::filesystem::remove(file_, ignored);
 }

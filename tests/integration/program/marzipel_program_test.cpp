@@ -111,10 +111,12 @@ TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackAtSigtermOrAtTheStartAft
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    // The record is saved a moment after the switch; a kill before that finds the last one.
+    // The record, then the marker, are saved a moment after the switch; a kill before that
+    // finds the last ones.
     ASSERT_TRUE(waitUntil([] {
         return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"))
-                   .find("marzipelData") != std::string::npos;
+                       .find("marzipelData") != std::string::npos &&
+               std::filesystem::exists(scratch("home/runtime/marzipel/active"));
     }));
     kill(marzipel_.process().pid(), SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
