@@ -282,6 +282,21 @@ def resident_kib(pid):
         return int(re.search(r"^VmRSS:\s+(\d+) kB", f.read(), re.M).group(1))
 
 
+def write_home(home, work, features):
+    """The user's folders in `home` and a runtime folder in `work`: the bench player's desktop
+    entry, and settings with the welcome done, the player as the trigger app and `features` on."""
+    for folder in (f"{home}/.config/marzipel", f"{home}/.local/share/applications", f"{work}/runtime"):
+        os.makedirs(folder, mode=0o700, exist_ok=True)
+    with open(f"{home}/.local/share/applications/{PLAYER}.desktop", "w") as f:
+        f.write("[Desktop Entry]\nType=Application\nName=Bench Player\nExec=true\n")
+    chosen = "".join(f'<string>{{"{feature}":{{}}}}</string>' for feature in features)
+    with open(f"{home}/.config/marzipel/com.orsavelt.Marzipel.plist", "w") as f:
+        f.write('<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><dict>\n'
+                '<key>welcomeScreenShown</key><true/>\n<key>enabledApps</key><array><string>'
+                '{"id":"' + PLAYER + '","name":"Bench Player"}</string></array>\n'
+                f'<key>enabledFeatures</key><array>{chosen}</array>\n</dict></plist>\n')
+
+
 def start_buses_and_keyboard(processes, env, work):
     """A private session and system bus in `work`, named in `env`, and on the system bus a
     stand-in UPower keyboard backlight with levels 0 to 3, at 2."""
@@ -345,16 +360,7 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
                XDG_DATA_DIRS="/usr/local/share:/usr/share", XDG_RUNTIME_DIR=f"{work}/runtime",
                GSETTINGS_BACKEND="keyfile", QT_QPA_PLATFORM="xcb")
     env.pop("XDG_CURRENT_DESKTOP", None)
-    for folder in (f"{home}/.config/marzipel", f"{home}/.local/share/applications", f"{work}/runtime"):
-        os.makedirs(folder, mode=0o700, exist_ok=True)
-    with open(f"{home}/.local/share/applications/{PLAYER}.desktop", "w") as f:
-        f.write("[Desktop Entry]\nType=Application\nName=Bench Player\nExec=true\n")
-    with open(f"{home}/.config/marzipel/com.orsavelt.Marzipel.plist", "w") as f:
-        f.write('<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><dict>\n'
-                '<key>welcomeScreenShown</key><true/>\n<key>enabledApps</key><array><string>'
-                '{"id":"' + PLAYER + '","name":"Bench Player"}</string></array>\n'
-                '<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string>'
-                '<string>{"nightShift":{}}</string></array>\n</dict></plist>\n')
+    write_home(home, work, ["keyboardBacklight", "nightShift"])
 
     display = ":" + start_with_ready_line(
         processes, ["Xvfb", "-displayfd", "FD", "-screen", "0", "1280x720x24", "-nolisten", "tcp"])

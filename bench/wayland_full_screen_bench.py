@@ -31,10 +31,10 @@ import dbus
 import dbus.bus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from linux_tray_bench import (ROOT, BrightnessCalls, Processes, output,  # noqa: E402
-                              percentile, start_buses_and_keyboard, succeeds, wait_for)
+from linux_tray_bench import (PLAYER, ROOT, BrightnessCalls, Processes, output,  # noqa: E402
+                              percentile, start_buses_and_keyboard, succeeds, wait_for,
+                              write_home)
 
-PLAYER = "marzipel-bench-player"
 SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
 EXTENSION = "marzipel@orsavelt.com"
 
@@ -378,16 +378,7 @@ def run(args, processes, work, compositor):
     env.update(HOME=home, XDG_CONFIG_HOME=f"{home}/.config", XDG_DATA_HOME=f"{home}/.local/share",
                XDG_DATA_DIRS="/usr/local/share:/usr/share", XDG_RUNTIME_DIR=f"{work}/runtime")
     env.pop("DISPLAY", None)
-    for folder in (f"{home}/.config/marzipel", f"{home}/.local/share/applications", f"{work}/runtime"):
-        os.makedirs(folder, mode=0o700, exist_ok=True)
-    with open(f"{home}/.local/share/applications/{PLAYER}.desktop", "w") as f:
-        f.write("[Desktop Entry]\nType=Application\nName=Bench Player\nExec=true\n")
-    with open(f"{home}/.config/marzipel/com.orsavelt.Marzipel.plist", "w") as f:
-        f.write('<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><dict>\n'
-                '<key>welcomeScreenShown</key><true/>\n<key>enabledApps</key><array><string>'
-                '{"id":"' + PLAYER + '","name":"Bench Player"}</string></array>\n'
-                '<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string>'
-                '</array>\n</dict></plist>\n')
+    write_home(home, work, ["keyboardBacklight"])
     start_buses_and_keyboard(processes, env, work)
 
     env["WAYLAND_DISPLAY"] = compositor.start(processes, work)
