@@ -23,7 +23,7 @@ for file in ./usr/bin/marzipel \
   ./usr/share/marzipel/kwin_window_reports.js; do
   grep -q " $file\$" <<<"$contents" || { echo "missing from the package: $file" >&2; status=1; }
 done
-for package in libqt6widgets6 libqt6dbus6 libqt6network6 libqt6svg6 qt6-qpa-plugins qt6-wayland \
+for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins qt6-wayland \
   libplist libxcb1 libglib2.0-0; do
   grep -q "$package" <<<"$depends" || { echo "not among the dependencies: $package" >&2; status=1; }
 done

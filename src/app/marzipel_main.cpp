@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QTimer>
 #include <clocale>
 #include <memory>
 
@@ -110,9 +109,6 @@ int main(int argc, char* argv[]) {
     MarzipelTray tray(app.tray(), openSettings, application, systemLog);
     busService.setOpenSettingsHandler(
         [&openSettings, &application] { openSettingsFromTray(openSettings, application); });
-    // Naming the first full-screen app reads every desktop entry (about 10 ms, longer with many
-    // installed), which would hold back dimming; read them once the tray is up instead.
-    QTimer::singleShot(0, &qtApplication, [&desktopEntries] { desktopEntries.allEntries(); });
     const int status = QApplication::exec();
     busService.setOpenSettingsHandler(nullptr);
     return status;

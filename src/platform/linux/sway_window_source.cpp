@@ -1,7 +1,12 @@
 #include "platform/linux/sway_window_source.h"
 
-#include <QLocalSocket>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <QSocketNotifier>
 
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "platform/linux/reported_windows.h"
@@ -21,36 +26,45 @@ std::optional<ReportedWindow> reported(const std::optional<SwayWindow>& window) 
 }  // namespace
 
 SwayWindowSource::SwayWindowSource(ReportedWindows& windows, SystemLog& log)
-    : windows_(windows), log_(log), socket_(std::make_unique<QLocalSocket>()) {
-    QObject::connect(socket_.get(), &QLocalSocket::connected, [this] {
-        send(SwayMessageType::subscribe, R"(["window","workspace"])");
-        askForTree();
-    });
-    QObject::connect(socket_.get(), &QLocalSocket::readyRead, [this] { readMessages(); });
-    QObject::connect(socket_.get(), &QLocalSocket::errorOccurred,
-                     [this](QLocalSocket::LocalSocketError error) {
-                         if (error == QLocalSocket::PeerClosedError)
-                             lose("Sway's IPC socket " + path_ + " closed");
-                         else
-                             lose("Cannot use Sway's IPC socket " + path_ + ": " +
-                                  socket_->errorString().toStdString());
-                     });
-    QObject::connect(socket_.get(), &QLocalSocket::disconnected,
-                     [this] { lose("Sway's IPC socket " + path_ + " closed"); });
-}
+    : windows_(windows), log_(log) {}
 
-SwayWindowSource::~SwayWindowSource() {
-    QObject::disconnect(socket_.get(), nullptr, nullptr, nullptr);
-}
+SwayWindowSource::~SwayWindowSource() { close(); }
 
 void SwayWindowSource::start(const std::string& path) {
     path_ = path;
-    socket_->connectToServer(QString::fromStdString(path));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof(address.sun_path)) {
+        lose("Cannot use Sway's IPC socket \"" + path + "\": not a socket path");
+        return;
+    }
+    path.copy(address.sun_path, path.size());
+    socket_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (socket_ < 0 ||
+        ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+        lose("Cannot use Sway's IPC socket " + path_ + ": " + std::strerror(errno));
+        return;
+    }
+    notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { readMessages(); });
+    send(SwayMessageType::subscribe, R"(["window","workspace"])");
+    askForTree();
 }
 
 void SwayWindowSource::send(SwayMessageType type, std::string_view payload) {
+    if (socket_ < 0) return;
     const std::string message = encodeSwayMessage(type, payload);
-    socket_->write(message.data(), static_cast<qint64>(message.size()));
+    // Requests are a few bytes; Sway reads them at once, so writing blocks no longer than that.
+    for (std::size_t sent = 0; sent < message.size();) {
+        const ssize_t written =
+            ::send(socket_, message.data() + sent, message.size() - sent, MSG_NOSIGNAL);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) {
+            lose("Cannot use Sway's IPC socket " + path_ + ": " + std::strerror(errno));
+            return;
+        }
+        sent += static_cast<std::size_t>(written);
+    }
 }
 
 void SwayWindowSource::askForTree() {
@@ -60,8 +74,19 @@ void SwayWindowSource::askForTree() {
 
 void SwayWindowSource::readMessages() {
     if (lost_) return;
-    const QByteArray bytes = socket_->readAll();
-    reader_.feed(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    char buffer[65536];
+    for (;;) {
+        const ssize_t count = ::recv(socket_, buffer, sizeof(buffer), MSG_DONTWAIT);
+        if (count > 0) {
+            reader_.feed(std::string_view(buffer, static_cast<std::size_t>(count)));
+            continue;
+        }
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) break;
+        lose(count == 0 ? "Sway's IPC socket " + path_ + " closed"
+                        : "Cannot use Sway's IPC socket " + path_ + ": " + std::strerror(errno));
+        return;
+    }
     while (std::optional<SwayMessage> message = reader_.next()) {
         if (!handle(*message)) {
             lose("Sway's IPC socket " + path_ + " sent a message that is not JSON we know");
@@ -119,10 +144,20 @@ void SwayWindowSource::lose(const std::string& why) {
     if (lost_) return;
     lost_ = true;
     log_.error(kAppLogSubsystem, kAppLogCategory, why + std::string(kNotNoticed));
-    socket_->abort();
+    close();
     activeId_ = 0;
     windows_.reportWindows({});
     windows_.reportActive(std::nullopt);
+}
+
+void SwayWindowSource::close() {
+    // May run inside the notifier's own signal.
+    if (notifier_) {
+        notifier_->setEnabled(false);
+        notifier_.release()->deleteLater();
+    }
+    if (socket_ >= 0) ::close(socket_);
+    socket_ = -1;
 }
 
 }  // namespace marzipel

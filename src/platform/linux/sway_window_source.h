@@ -7,7 +7,7 @@
 #include "platform/linux/sway_ipc_reader.h"
 #include "platform/system_log.h"
 
-class QLocalSocket;
+class QSocketNotifier;
 
 namespace marzipel {
 
@@ -33,6 +33,7 @@ public:
 private:
     void send(SwayMessageType type, std::string_view payload);
     void readMessages();
+    void close();
     /// False when the message cannot be read.
     bool handle(const SwayMessage& message);
     void askForTree();
@@ -40,7 +41,8 @@ private:
 
     ReportedWindows& windows_;
     SystemLog& log_;
-    std::unique_ptr<QLocalSocket> socket_;
+    int socket_ = -1;
+    std::unique_ptr<QSocketNotifier> notifier_;
     SwayIpcReader reader_;
     std::string path_;
     /// A tree is asked for and not yet read: an event read meanwhile is already in its answer.
