@@ -12,12 +12,13 @@
 namespace marzipel::dbustest {
 namespace {
 
-TempFolder* scratch = nullptr;
+TempFolder* scratchRoot = nullptr;
 
 /// Starts a bus of its own (dbus-daemon) that lets anyone own and call anything, standing in
 /// for the system bus or the session bus, and points this process at it.
 void startBus(Child& daemon, bool system) {
-    const std::filesystem::path folder = scratch->path() / (system ? "system-bus" : "session-bus");
+    const std::filesystem::path folder =
+        scratchRoot->path() / (system ? "system-bus" : "session-bus");
     std::filesystem::create_directories(folder);
     const std::filesystem::path config = folder / "bus.conf";
     std::ofstream(config) << "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus "
@@ -46,7 +47,7 @@ void startBus(Child& daemon, bool system) {
 
 }  // namespace
 
-const std::filesystem::path& scratchFolder() { return scratch->path(); }
+const std::filesystem::path& scratchFolder() { return scratchRoot->path(); }
 
 }  // namespace marzipel::dbustest
 
@@ -55,7 +56,7 @@ const std::filesystem::path& scratchFolder() { return scratch->path(); }
 int main(int argc, char** argv) {
     using namespace marzipel;
     TempFolder folder;
-    dbustest::scratch = &folder;
+    dbustest::scratchRoot = &folder;
     Child systemBus, sessionBus;
     try {
         dbustest::startBus(systemBus, true);

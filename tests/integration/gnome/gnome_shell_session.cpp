@@ -21,8 +21,6 @@ const dbus::Address kExtensions{kShell.service, kShell.path, "org.gnome.Shell.Ex
 const QString kUuid = QString::fromLatin1(kGnomeShellExtensionUuid);
 constexpr char kWaylandDisplay[] = "marzipel-test-gnome";
 
-std::string scratch(const std::string& relative) { return (scratchFolder() / relative).string(); }
-
 QDBusMessage callExtensions(const QString& method) {
     return dbus::call(QDBusConnection::sessionBus(), kExtensions, method, {kUuid});
 }

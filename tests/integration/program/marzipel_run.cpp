@@ -14,10 +14,6 @@ void writeDesktopEntry(const std::string& id, const std::string& name) {
 
 }  // namespace
 
-std::string scratch(const std::string& relative) {
-    return (dbustest::scratchFolder() / relative).string();
-}
-
 void writeDesktopEntries() {
     writeDesktopEntry(kPlayer, "Test Player");
     writeDesktopEntry(kOtherApp, "Other App");

@@ -14,8 +14,7 @@ namespace marzipel::programtest {
 inline constexpr char kPlayer[] = "marzipel-test-player";
 inline constexpr char kOtherApp[] = "marzipel-test-other";
 
-/// A path under the test program's scratch folder, where its buses and its settings live.
-std::string scratch(const std::string& relative);
+using dbustest::scratch;
 
 /// Installs desktop entries for `kPlayer` and `kOtherApp` in the scratch folder's data home.
 void writeDesktopEntries();
