@@ -102,6 +102,12 @@ int main(int argc, char* argv[]) {
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, windows.spaceMonitor(),
                                      application, updater, systemLog, clock, console,
                                      userDirectories, settings, center, welcomeWindow, runMarker});
+    // Quitting puts everything back and ends the run; a window change read in the same turn of
+    // the event loop, before it returns, must not switch it all off again.
+    const Subscription quietAtTheEnd = center.subscribe(
+        kApplicationWillTerminateNotification, nullptr, [&windows](const Notification&) {
+            windows.spaceMonitor().setActiveSpaceChangedHandler({});
+        });
     application.setTerminationDecision(
         [&app] { return app.appDelegate().applicationShouldTerminate() == TerminateReply::now; });
     OpenSettingsAccessAction openSettings(application);
