@@ -282,6 +282,20 @@ def resident_kib(pid):
         return int(re.search(r"^VmRSS:\s+(\d+) kB", f.read(), re.M).group(1))
 
 
+def private_kib(pid):
+    """Memory of the process's own, not shared with any other (its copy-on-write pages included)."""
+    with open(f"/proc/{pid}/smaps_rollup") as f:
+        text = f.read()
+    return sum(int(kib) for kib in re.findall(r"^Private_\w+:\s+(\d+) kB", text, re.M))
+
+
+def supervised_run(pid):
+    """The process that runs marzipel's program under the supervisor `pid`, which starts it
+    again after an unexpected end."""
+    children = f"/proc/{pid}/task/{pid}/children"
+    return int(wait_for("marzipel's supervised run", lambda: open(children).read().split())[0])
+
+
 def write_home(home, work, features):
     """The user's folders in `home` and a runtime folder in `work`: the bench player's desktop
     entry, and settings with the welcome done, the player as the trigger app and `features` on."""
@@ -390,14 +404,17 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
     calls = BrightnessCalls(processes, env["DBUS_SYSTEM_BUS_ADDRESS"])
 
     if args.soak:
-        soak(args.soak, args.pause, display, calls, processes.start([marzipel]).pid)
+        soak(args.soak, args.pause, display, calls,
+             supervised_run(processes.start([marzipel]).pid))
         return
-    programs = {"marzipel": processes.start([marzipel]).pid,
+    supervisor = processes.start([marzipel]).pid
+    programs = {"marzipel": supervised_run(supervisor),
                 "bare tray": processes.start([bare_tray]).pid}
     for name in ("marzipel", "marzipel_bare_tray"):
         wait_for(f"{name}'s tray icon", lambda: succeeds("xdotool", "search", "--classname", name))
     time.sleep(3)  # start-up work that follows the icon: first paints, D-Bus introspection
     memory = {name: resident_kib(pid) for name, pid in programs.items()}
+    supervisor_memory = (resident_kib(supervisor), private_kib(supervisor))
 
     print(f"Idle for {args.idle:.0f} s ...", file=sys.stderr)
     before = {name: cpu_and_switches(pid) for name, pid in programs.items()}
@@ -440,6 +457,8 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
     for label, ours, bare, shape in rows:
         ratio = f"{ours / bare:.2f}" if bare else "-"
         print(f"{label:34}{ours:>12{shape}}{bare:>12{shape}}{ratio:>8}")
+    print(f"  marzipel's supervisor process: {supervisor_memory[0]} KiB resident, of which "
+          f"{supervisor_memory[1]} KiB its own (the rest shared with the program)")
     milliseconds = [1000 * latency for latency in latencies]
     print(f"\nfull-screen request -> SetBrightness(0) at the stand-in UPower, {len(latencies)} "
           f"toggles:\n  median {statistics.median(milliseconds):.2f} ms, 90th percentile "

@@ -32,8 +32,8 @@ import dbus.bus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from linux_tray_bench import (PLAYER, ROOT, BrightnessCalls, Processes, output,  # noqa: E402
-                              percentile, start_buses_and_keyboard, succeeds, wait_for,
-                              write_home)
+                              percentile, start_buses_and_keyboard, succeeds, supervised_run,
+                              wait_for, write_home)
 
 SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
 EXTENSION = "marzipel@orsavelt.com"
@@ -406,7 +406,8 @@ def run(args, processes, work, compositor):
         "com.orsavelt.Marzipel"))
     time.sleep(2)  # start-up work after the name: the script's first reports, first paints
     for bus in ("system", "session"):
-        questions.know(bus, unique_name_of(env[f"DBUS_{bus.upper()}_BUS_ADDRESS"], marzipel.pid))
+        questions.know(bus, unique_name_of(env[f"DBUS_{bus.upper()}_BUS_ADDRESS"],
+                                                   supervised_run(marzipel.pid)))
     own, split = [], []
 
     def dimmed(on, after, seconds):

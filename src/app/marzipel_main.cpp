@@ -5,10 +5,12 @@
 #include <clocale>
 #include <memory>
 
+#include "app/app_supervisor.h"
 #include "app/linux_window_source.h"
 #include "core/marzipel_app.h"
 #include "detection/desktop_entry_catalog.h"
 #include "platform/common/stdout_console.h"
+#include "platform/linux/display_connection.h"
 #include "platform/linux/linux_application.h"
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/linux/linux_desktop_entries.h"
@@ -48,6 +50,15 @@ QIcon applicationIcon() { return QIcon(QStringLiteral(":/com.orsavelt.Marzipel.s
 
 int main(int argc, char* argv[]) {
     using namespace marzipel;
+    SyslogSystemLog systemLog;
+    std::variant<SupervisedRun, int> supervised = superviseRuns(systemLog);
+    if (const int* status = std::get_if<int>(&supervised)) return *status;
+    SupervisedRun& run = std::get<SupervisedRun>(supervised);
+    // Started again after the compositor or X server went away: without it Qt cannot start,
+    // and what the last run switched off is to be put back now, not when the display returns.
+    const bool displayGone = run.restarted() && !displayReachable();
+    if (displayGone) qputenv("QT_QPA_PLATFORM", "offscreen");
+
     QApplication qtApplication(argc, argv);
     // Qt takes the C library's number format from the user's locale, where the decimal point
     // may be a comma; the settings store numbers as text in the C format.
@@ -60,13 +71,13 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QString::fromLatin1(kAppId));
     QApplication::setWindowIcon(applicationIcon());
 
-    SyslogSystemLog systemLog;
     // One Marzipel per session: a second start shows the first one's settings, which is also
     // how a desktop without a tray reaches them.
     MarzipelBusService busService(systemLog);
     const MarzipelBusService::Claim claim = busService.claim();
     if (claim == MarzipelBusService::Claim::taken)
         return busService.askOwnerToOpenSettings() ? 0 : 1;
+    run.reportRunning();
 
     NotificationCenter center;
     LocalClock clock;
@@ -115,7 +126,20 @@ int main(int argc, char* argv[]) {
     MarzipelTray tray(app.tray(), openSettings, application, systemLog);
     busService.setOpenSettingsHandler(
         [&openSettings, &application] { openSettingsFromTray(openSettings, application); });
+    bool displayBack = false;
+    std::unique_ptr<DisplayReturnWatch> displayWatch;
+    if (displayGone) {
+        systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                        "The display is gone: going on without the tray and windows until it "
+                        "is back");
+        displayWatch = std::make_unique<DisplayReturnWatch>(
+            [&displayBack, &application] {
+                displayBack = true;
+                application.endRun();
+            },
+            [&application] { application.endRun(); });
+    }
     const int status = QApplication::exec();
     busService.setOpenSettingsHandler(nullptr);
-    return status;
+    return displayBack ? kDisplayIsBackStatus : status;
 }

@@ -66,6 +66,10 @@ public:
     /// The session is ending: true when the program agrees to end with it (the run then
     /// ends), false when the session manager is to be asked to cancel.
     bool answerEndOfSession();
+    /// Ends the run as Quit does, without asking: for ends the system imposes, a signal or a
+    /// display that went away. Posts the will-terminate notification once and leaves the
+    /// event loop.
+    void endRun();
     /// The About box while it is open.
     QMessageBox* aboutPanel() const;
 
@@ -74,8 +78,6 @@ public:
 private:
     void endOfSession(QSessionManager& manager);
     void signalReceived(int signalNumber);
-    /// Posts the will-terminate notification once and leaves the event loop.
-    void endRun();
     void applyPolicyToShownWindows();
 
     NotificationCenter& center_;

@@ -105,31 +105,22 @@ TEST_F(MarzipelProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilIt
     EXPECT_TRUE(marzipel_.process().running());
 }
 
-// SIGTERM puts both back before the program ends; SIGKILL cannot, so the next start does.
-TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackAtSigtermOrAtTheStartAfterSigkill) {
+// An end the program did not ask for leaves both switched off: the supervisor starts it again
+// and the new run puts them back. SIGTERM puts them back before the program ends.
+TEST_F(MarzipelProgramTest, EndedWhileActiveBothComeBackInTheNextRunOrAtSigterm) {
     const auto player = fullScreenWindowOf(kPlayer);
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
 
-    // The record, then the marker, are saved a moment after the switch; a kill before that
-    // finds the last ones.
-    ASSERT_TRUE(waitUntil([] {
-        return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"))
-                       .find("marzipelData") != std::string::npos &&
-               std::filesystem::exists(scratch("home/runtime/marzipel/active"));
-    }));
-    kill(marzipel_.process().pid(), SIGKILL);
-    ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
-    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
-    x_->client().setFullScreen(player, false);
-    marzipel_.restart(environment());
+    ASSERT_TRUE(waitUntil([&] { return marzipel_.activeRunSaved(); }));
+    const pid_t killed = marzipel_.appPid();
+    kill(killed, SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return logHas("Restoring after an unexpected end"); }, 15s));
-    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2}; }));
-    EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
-
-    x_->client().setFullScreen(player, true);
-    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }));
+    // The player is still full screen: the new run switches both off again.
+    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }));
+    EXPECT_NE(marzipel_.appPid(), killed);
     ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
+
     kill(marzipel_.process().pid(), SIGTERM);
     ASSERT_TRUE(waitUntil([&] { return !marzipel_.process().running(); }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2, 0, 2}));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 namespace marzipel::programtest {
 namespace {
@@ -42,10 +43,27 @@ void MarzipelRun::start(const std::vector<std::string>& environment) {
 </dict></plist>
 )");
     debugLog_ = (documents / "Marzipel_debug.log").string();
+    for (const std::string& variable : environment) {
+        if (variable.starts_with("XDG_RUNTIME_DIR=")) runtimeFolder_ = variable.substr(16);
+    }
     process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
     // The debug log is opened once the event loop runs, when the window source is in place.
     ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
         << "marzipel did not finish launching";
+}
+
+pid_t MarzipelRun::appPid() const {
+    const std::string children = "/proc/" + std::to_string(process_.pid()) + "/task/" +
+                                 std::to_string(process_.pid()) + "/children";
+    pid_t pid = -1;
+    waitUntil([&] { return (std::istringstream(readFile(children)) >> pid).good(); });
+    return pid;
+}
+
+bool MarzipelRun::activeRunSaved() const {
+    return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist")).find("marzipelData") !=
+               std::string::npos &&
+           std::filesystem::exists(runtimeFolder_ + "/marzipel/active");
 }
 
 bool MarzipelRun::logHas(const std::string& line) const {

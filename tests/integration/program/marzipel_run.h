@@ -26,12 +26,14 @@ public:
     /// Starts it with `environment` added and waits until it has launched; fails the test when
     /// it does not.
     void start(const std::vector<std::string>& environment);
-    /// Starts it again on the settings the last run left, without waiting.
-    void restart(const std::vector<std::string>& environment) {
-        process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
-    }
 
     Child& process() { return process_; }
+    /// The process that runs the program under the one started, which starts it again when it
+    /// ends unexpectedly; waits for it; -1 when there is none.
+    pid_t appPid() const;
+    /// Whether the record of an activation and the marker of an active run are both saved: they
+    /// are a moment after the switch, and an end before that finds the last ones.
+    bool activeRunSaved() const;
     /// Whether the debug log has `line` as a whole line.
     bool logHas(const std::string& line) const;
     /// The environment of a run, with `environment` added.
@@ -40,6 +42,7 @@ public:
 private:
     TempFolder home_;
     std::string debugLog_;
+    std::string runtimeFolder_;
     Child process_;
 };
 

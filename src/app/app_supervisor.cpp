@@ -1,0 +1,120 @@
+#include "app/app_supervisor.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <deque>
+#include <string>
+
+namespace marzipel {
+
+namespace {
+
+constexpr int kForwardedSignals[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
+
+std::atomic<pid_t> runningChild{0};
+std::atomic<int> quitSignal{0};
+
+void forwardQuit(int signalNumber) {
+    quitSignal = signalNumber;
+    const pid_t child = runningChild;
+    if (child > 0) ::kill(child, signalNumber);
+}
+
+void setQuitHandlers(void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    for (const int signalNumber : kForwardedSignals) sigaction(signalNumber, &action, nullptr);
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+int exitStatus(int status) {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::string howItEnded(int status) {
+    return WIFEXITED(status) ? "exited with status " + std::to_string(WEXITSTATUS(status))
+                             : "was killed by signal " + std::to_string(WTERMSIG(status));
+}
+
+}  // namespace
+
+void SupervisedRun::reportRunning() {
+    if (runningPipe_ < 0) return;
+    const char running = 1;
+    [[maybe_unused]] const ssize_t written = ::write(runningPipe_, &running, 1);
+    ::close(runningPipe_);
+    runningPipe_ = -1;
+}
+
+std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
+    const pid_t supervisor = ::getpid();
+    std::deque<std::chrono::steady_clock::time_point> restarts;
+    bool restarted = false;
+    setQuitHandlers(forwardQuit);
+    while (quitSignal == 0) {
+        int pipe[2];
+        if (::pipe2(pipe, O_CLOEXEC) != 0) pipe[0] = pipe[1] = -1;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            setQuitHandlers(SIG_DFL);
+            if (pipe[0] >= 0) ::close(pipe[0]);
+            // Ends with the supervisor, putting everything back as Quit does.
+            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+            if (::getppid() != supervisor) std::raise(SIGTERM);
+            return SupervisedRun(restarted, pipe[1]);
+        }
+        if (pipe[1] >= 0) ::close(pipe[1]);
+        if (child < 0) {
+            if (pipe[0] >= 0) ::close(pipe[0]);
+            setQuitHandlers(SIG_DFL);
+            systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                            "Could not start a supervised run; running without restarts");
+            return SupervisedRun(restarted, -1);
+        }
+        runningChild = child;
+        const int status = waitFor(child);
+        runningChild = 0;
+        char running = 0;
+        const bool reportedRunning = pipe[0] >= 0 && ::read(pipe[0], &running, 1) == 1;
+        if (pipe[0] >= 0) ::close(pipe[0]);
+
+        if (quitSignal != 0) return exitStatus(status);
+        if (WIFEXITED(status) && WEXITSTATUS(status) == kDisplayIsBackStatus) {
+            restarted = true;
+            continue;
+        }
+        if (!reportedRunning || (WIFEXITED(status) && WEXITSTATUS(status) == 0))
+            return exitStatus(status);
+
+        const auto now = std::chrono::steady_clock::now();
+        while (!restarts.empty() && now - restarts.front() > std::chrono::minutes(1))
+            restarts.pop_front();
+        if (restarts.size() == 3) {
+            systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                            "Marzipel " + howItEnded(status) +
+                                ", the fourth time within a minute; not starting it again");
+            return exitStatus(status);
+        }
+        systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                        "Marzipel " + howItEnded(status) + "; starting it again");
+        restarts.push_back(now);
+        restarted = true;
+    }
+    return 128 + quitSignal;
+}
+
+}  // namespace marzipel
