@@ -4,9 +4,10 @@
     /usr/bin/python3 bench/linux_tray_bench.py [--build-dir build/dev] [--idle 60] [--toggles 20]
     /usr/bin/python3 bench/linux_tray_bench.py --soak 10000 [--build-dir build/release]
 
-Builds marzipel and marzipel_bare_tray in the build folder (configured with MARZIPEL_BENCHMARKS on),
-then starts Xvfb, openbox, trayer, private session and system buses, a stand-in UPower keyboard
-backlight (python3-dbusmock) and the real gsd-color, and prints for both programs the resident
+Builds marzipel, marzipel_bare_tray and the stand-in UPower keyboard backlight
+(keyboard_backlight_stand_in.cpp) in the build folder (configured with MARZIPEL_BENCHMARKS on),
+then starts Xvfb, openbox, trayer, private session and system buses, the stand-in UPower and the
+real gsd-color, and prints for both programs the resident
 memory after start, and the CPU time and voluntary context switches over the idle period; then
 for marzipel the time from asking the window manager for full screen to SetBrightness(0) reaching
 the stand-in UPower, over repeated toggles.
@@ -311,7 +312,7 @@ def write_home(home, work, features):
                 f'<key>enabledFeatures</key><array>{chosen}</array>\n</dict></plist>\n')
 
 
-def start_buses_and_keyboard(processes, env, work):
+def start_buses_and_keyboard(processes, env, work, build_dir):
     """A private session and system bus in `work`, named in `env`, and on the system bus a
     stand-in UPower keyboard backlight with levels 0 to 3, at 2."""
     for bus in ("session", "system"):
@@ -323,9 +324,7 @@ def start_buses_and_keyboard(processes, env, work):
                     "<allow eavesdrop='true'/></policy></busconfig>")
         env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
             processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
-    processes.start(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template",
-                     os.path.join(ROOT, "tests/integration/dbus/mocks/upower_kbd_backlight.py"),
-                     "--parameters", '{"max": 3, "level": 2}'])
+    processes.start([os.path.join(build_dir, "bench/marzipel_bench_keyboard")])
     wait_for("the stand-in UPower", lambda: succeeds(
         "gdbus", "call", "--system", *KEYBOARD, "--method",
         "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
@@ -350,7 +349,9 @@ def main():
     if args.soak and args.soak < 200:
         parser.error("--soak needs at least 200 toggles")
 
-    targets = ["marzipel"] if args.soak else ["marzipel", "marzipel_bare_tray"]
+    targets = ["marzipel", "marzipel_bench_keyboard"]
+    if not args.soak:
+        targets.append("marzipel_bare_tray")
     subprocess.run(["cmake", "--build", args.build_dir, "--target", *targets], check=True,
                    stdout=subprocess.DEVNULL)
     marzipel = os.path.join(args.build_dir, "src/app/marzipel")
@@ -385,7 +386,7 @@ def run(args, processes, work, marzipel, bare_tray, gsd_color):
                      "--height", "28", "--SetDockType", "true"])
     wait_for("trayer", lambda: succeeds("xdotool", "search", "--classname", "trayer"))
 
-    start_buses_and_keyboard(processes, env, work)
+    start_buses_and_keyboard(processes, env, work, args.build_dir)
     hour = time.localtime().tm_hour
     key = "org.gnome.settings-daemon.plugins.color"
     for name, value in (("night-light-enabled", "true"),

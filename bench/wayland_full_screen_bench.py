@@ -5,10 +5,10 @@ bare listener of the compositor's report, in one run.
     /usr/bin/python3 bench/wayland_full_screen_bench.py [--build-dir build/dev] [--toggles 20]
         [--compositor kwin|gnome]
 
-Builds marzipel and the tests' window program, starts a private session and system bus, the
-compositor (headless KWin, or headless GNOME Shell with marzipel's extension), and a stand-in
-UPower keyboard backlight (python3-dbusmock). The window program plays the video player and is
-asked for full screen by a signal. First a bare listener hears the compositor's reports: the
+Builds marzipel, the tests' window program and the benches' stand-in UPower, starts a private
+session and system bus, the compositor (headless KWin, or headless GNOME Shell with marzipel's
+extension), and the stand-in UPower keyboard backlight (keyboard_backlight_stand_in.cpp). The
+window program plays the video player and is asked for full screen by a signal. First a bare listener hears the compositor's reports: the
 time from the request to a report reaching it is the compositor's share. Then marzipel runs
 instead, and the time from the request to SetBrightness(0) reaching the stand-in UPower is the
 whole; the difference of the medians is marzipel's own share, and so is the time from the
@@ -361,7 +361,8 @@ def main():
     if args.toggles < 1:
         parser.error("--toggles must be at least 1")
     subprocess.run(["cmake", "--build", args.build_dir, "--target", "marzipel",
-                    "marzipel_test_window"], check=True, stdout=subprocess.DEVNULL)
+                    "marzipel_bench_keyboard", "marzipel_test_window"], check=True,
+                   stdout=subprocess.DEVNULL)
     processes = Processes()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     with tempfile.TemporaryDirectory(prefix="marzipel-bench-") as work:
@@ -379,7 +380,7 @@ def run(args, processes, work, compositor):
                XDG_DATA_DIRS="/usr/local/share:/usr/share", XDG_RUNTIME_DIR=f"{work}/runtime")
     env.pop("DISPLAY", None)
     write_home(home, work, ["keyboardBacklight"])
-    start_buses_and_keyboard(processes, env, work)
+    start_buses_and_keyboard(processes, env, work, args.build_dir)
 
     env["WAYLAND_DISPLAY"] = compositor.start(processes, work)
     env.update(compositor.session, QT_QPA_PLATFORM="wayland")
