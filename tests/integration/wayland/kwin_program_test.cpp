@@ -67,20 +67,43 @@ protected:
     programtest::MarzipelRun marzipel_;
 };
 
-TEST_F(KWinProgramTest, TriggerPlayerFullScreenInhibitsNightColorUntilItLeavesOrMarzipelDies) {
+// A trigger player in and out of full screen; KWin killed while it is full screen: Qt ends the
+// run with its compositor, the run started again has no display and puts the keyboard back,
+// and once KWin is back a run of its own shows on it; Marzipel killed, supervisor and all:
+// KWin lifts the inhibition by itself.
+TEST_F(KWinProgramTest, TriggerPlayerFullScreenInhibitsNightColorUntilItLeavesOrARunEnds) {
     startMarzipel();
     Child player = kwin_->openWindow(kPlayer);
     kill(player.pid(), SIGUSR1);
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
     EXPECT_TRUE(waitUntil(nightColorInhibited));
-
     kill(player.pid(), SIGUSR2);
     ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet().size() == 2; }));
     EXPECT_EQ(keyboardLevelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
 
-    // KWin lifts the inhibition of a Marzipel killed while active, supervisor and all.
     kill(player.pid(), SIGUSR1);
+    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }));
+    ASSERT_TRUE(waitUntil([&] { return marzipel_.activeRunSaved(); }));
+    const pid_t firstRun = marzipel_.appPid();
+    kwin_->kill();
+    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0, 2}; }));
+    ASSERT_TRUE(waitUntil([&] { return marzipel_.appPid() != firstRun; }));
+    const pid_t withoutDisplay = marzipel_.appPid();
+    kwin_->ensureRunning();
+    ASSERT_TRUE(waitUntil([&] {
+        const pid_t run = marzipel_.appPid();
+        return run != withoutDisplay && run > 0 &&
+               dbus::hasOwner(QDBusConnection::sessionBus(), "com.orsavelt.Marzipel");
+    }));
+
+    player = kwin_->openWindow(kPlayer);
+    kill(player.pid(), SIGUSR1);
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            return keyboardLevelsSet() == std::vector<int>{0, 2, 0, 2, 0};
+        },
+        15s));
     ASSERT_TRUE(waitUntil(nightColorInhibited));
     kill(-marzipel_.process().pid(), SIGKILL);
     EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
@@ -113,33 +136,6 @@ TEST_F(KWinProgramTest, ASecondStartOpensTheSettingsOfTheFirstAndEnds) {
                std::string::npos;
     })) << "no window of the first Marzipel appeared";
     EXPECT_TRUE(marzipel_.process().running());
-}
-
-TEST_F(KWinProgramTest, KWinDyingWhileActiveRestoresTheKeyboardAndMarzipelComesBackWithIt) {
-    startMarzipel();
-    Child player = kwin_->openWindow(kPlayer);
-    kill(player.pid(), SIGUSR1);
-    ASSERT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0}; }));
-    ASSERT_TRUE(waitUntil([&] { return marzipel_.activeRunSaved(); }));
-    const pid_t firstRun = marzipel_.appPid();
-
-    // Qt ends a Wayland client whose compositor is gone; the run started again has no display
-    // and puts the keyboard back.
-    kwin_->kill();
-    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2}; }));
-    ASSERT_TRUE(waitUntil([&] { return marzipel_.appPid() != firstRun; }));
-    const pid_t withoutDisplay = marzipel_.appPid();
-
-    // Back on the display in a run of its own.
-    kwin_->ensureRunning();
-    ASSERT_TRUE(waitUntil([&] {
-        const pid_t run = marzipel_.appPid();
-        return run != withoutDisplay && run > 0 &&
-               dbus::hasOwner(QDBusConnection::sessionBus(), "com.orsavelt.Marzipel");
-    }));
-    player = kwin_->openWindow(kPlayer);
-    kill(player.pid(), SIGUSR1);
-    EXPECT_TRUE(waitUntil([&] { return keyboardLevelsSet() == std::vector<int>{0, 2, 0}; }, 15s));
 }
 
 }  // namespace
