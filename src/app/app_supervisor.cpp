@@ -86,6 +86,8 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
             return SupervisedRun(restarted, -1);
         }
         runningChild = child;
+        // A request to quit that came while there was no child to pass it to.
+        if (quitSignal != 0) ::kill(child, quitSignal);
         const int status = waitFor(child);
         runningChild = 0;
         char running = 0;
