@@ -109,28 +109,7 @@ private Q_SLOTS:
         QCOMPARE(picker->itemText(3), "epsilon");
     }
 
-    void importsReadableBundlesAndSkipsTheRest() {
-        UiWorld world;
-        world.addBundle("/Applications/A.app", "com.example.a", "A");
-        world.addBundle("/Applications/C.app", "com.example.c", "C");
-        world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
-        world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
-        world.filePicker.refused = {"/Applications/Shut.app"};
-        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
-                                         "/Applications/Shut.app", "/Applications/C.app"};
-        AppsTab tab(world.services());
-        click(tab.findChild<QPushButton*>("browseButton"));
-
-        QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
-        // Access is handed back for every file it was granted for, and only for those.
-        QCOMPARE(world.filePicker.released,
-                 (std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
-                                           "/Applications/C.app"}));
-        QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
-        QVERIFY(!tab.findChild<QMessageBox*>());
-    }
-
-    void importFailureAlertsAndLogsTheSystemsText() {
+    void importFailureAlertsThenReadableBundlesAreAddedAndTheRestSkipped() {
         QTemporaryDir documents;
         UiWorld world;
         world.sim.userDirectories.documents = documents.path().toStdString();
@@ -140,20 +119,36 @@ private Q_SLOTS:
         world.filePicker.result.error = "The folder couldn't be read.";
         AppsTab tab(world.services());
         tab.show();
-        click(tab.findChild<QPushButton*>("browseButton"));
+        auto* browse = tab.findChild<QPushButton*>("browseButton");
+        click(browse);
 
         QMessageBox* alert = nullptr;
         QTRY_VERIFY((alert = tab.findChild<QMessageBox*>()) && alert->isVisible());
         QCOMPARE(alert->informativeText(), "Failed to import selected app.");
         QFile log(QString::fromStdString(debugLogFilePath(world.sim.userDirectories)));
         QVERIFY(log.open(QIODevice::ReadOnly));
-        const QByteArray logged = log.readAll();
-        QVERIFY(logged.contains("Failed to import app: The folder couldn't be read.\n"));
+        QVERIFY(log.readAll().contains("Failed to import app: The folder couldn't be read.\n"));
         QVERIFY(storedIds(world).empty());
-
         QCOMPARE(alert->buttons().size(), 1);
         click(alert->buttons().front());
         QTRY_VERIFY(!tab.findChild<QMessageBox*>());
+
+        world.addBundle("/Applications/A.app", "com.example.a", "A");
+        world.addBundle("/Applications/C.app", "com.example.c", "C");
+        world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
+        world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
+        world.filePicker.refused = {"/Applications/Shut.app"};
+        world.filePicker.result = {};
+        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
+                                         "/Applications/Shut.app", "/Applications/C.app"};
+        click(browse);
+        QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
+        // Access is handed back for every file it was granted for, and only for those.
+        QCOMPARE(world.filePicker.released,
+                 (std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
+                                           "/Applications/C.app"}));
+        QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
+        QVERIFY(!tab.findChild<QMessageBox*>());
     }
 };
 

@@ -42,10 +42,7 @@ private Q_SLOTS:
         QWidget* window = manager.window();
         QVERIFY(QTest::qWaitForWindowExposed(window));
 
-        QCOMPARE(window->size(), QSize(600, 600));
         QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
-        QVERIFY(window->windowFlags() & Qt::WindowMinimizeButtonHint);
-        QCOMPARE(window->minimumSize(), window->maximumSize());
         QCOMPARE(world.sim.application.calls.back(), "activate");
         QVERIFY(
             labelWithText(window, "Unfortunately, we found no known video apps on your device."));
@@ -59,9 +56,10 @@ private Q_SLOTS:
         QCOMPARE(world.settings.enabledFeatures().get(),
                  std::set<Feature>{Feature::keyboardBacklight});
         QVERIFY(world.settings.welcomeScreenShown().get());
-        QCOMPARE(world.loginItems.currentStatus, LoginItemStatus::enabled);
-        QCOMPARE(world.sim.application.policy, ActivationPolicy::accessory);
         QTRY_VERIFY(!manager.window());
+        // Confirming closes the window, which deals with launch at login and the Dock once.
+        QCOMPARE(std::ranges::count(world.loginItems.calls, "register"), 1);
+        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 1);
     }
 
     void offersFoundPlayersAllOffAndStoresThePicked() {
@@ -72,6 +70,9 @@ private Q_SLOTS:
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
+        QPointer<QWidget> first = manager.window();
+        manager.showWelcomeWindow();
+        QVERIFY(!first);
         QWidget* window = manager.window();
 
         QVERIFY(labelWithText(window, "We have detected a few compatible apps for you"));
@@ -91,19 +92,14 @@ private Q_SLOTS:
                  (std::set<Feature>{Feature::keyboardBacklight, Feature::nightShift}));
     }
 
-    void anyCloseLeavesTheDockOnceWithoutConfirming() {
+    void closingWithoutConfirmingStillLeavesTheDockButStoresNothing() {
         UiWorld world;
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
-        QPointer<QWidget> first = manager.window();
-        manager.showWelcomeWindow();
-        QVERIFY(!first);
-        QVERIFY(manager.window());
-
         manager.window()->close();
         QTRY_VERIFY(!manager.window());
-        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 1);
-        QCOMPARE(std::ranges::count(world.loginItems.calls, "register"), 1);
+        QCOMPARE(world.sim.application.policy, ActivationPolicy::accessory);
+        QCOMPARE(world.loginItems.currentStatus, LoginItemStatus::enabled);
         QVERIFY(!world.settings.welcomeScreenShown().get());
     }
 };
