@@ -23,13 +23,10 @@ struct SettingsFixture : testing::Test {
 
 using DefaultsStoreTest = SettingsFixture;
 
-// The stored forms of every key, and values that cannot be read, are run end to end by the
-// defaults-stored-forms scenario; these cover what it cannot reach.
-TEST_F(DefaultsStoreTest, AbsentValuesAreLeftOutOfRecordsAndRemoveOptionalKeys) {
-    settings.marzipelData().set(MarzipelData{true, std::nullopt});
-    EXPECT_EQ(store->object("marzipelData"), PlistValue(R"({"nightShiftEnabled":true})"));
-    EXPECT_EQ(settings.marzipelData().get(), (MarzipelData{true, std::nullopt}));
-
+// The stored forms of every key, a record without a keyboard value among them, and values
+// that cannot be read are run end to end by the defaults-stored-forms and
+// settings-while-active scenarios; these cover what they cannot reach.
+TEST_F(DefaultsStoreTest, OptionalKeySetToNothingIsRemoved) {
     Key<std::optional<std::string>> key("lastFolder", std::nullopt, store, console);
     EXPECT_FALSE(store->object("lastFolder"));
     key.set(std::string("/tmp"));
