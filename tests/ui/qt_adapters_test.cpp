@@ -53,11 +53,6 @@ private:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
-    void writeRed(const char* name, int width, int height) const {
-        QImage picture(width, height, QImage::Format_ARGB32);
-        picture.fill(Qt::red);
-        QVERIFY(picture.save(dir_.filePath(name)));
-    }
 
 private Q_SLOTS:
     void readsPixelsAsStraightArgbScaledDownKeepingTheAspect() {
@@ -73,7 +68,9 @@ private Q_SLOTS:
         const QImage shown = pixmapFromImage(image, 45).toImage();
         QCOMPARE(shown.convertToFormat(QImage::Format_ARGB32).pixel(0, 0), 0x80ff0000u);
 
-        writeRed("large.png", 400, 200);
+        QImage large(400, 200, QImage::Format_ARGB32);
+        large.fill(Qt::red);
+        QVERIFY(large.save(dir_.filePath("large.png")));
         const Image scaled = loader_.loadImage(path("large.png"), 100);
         QCOMPARE(QSize(scaled.width, scaled.height), QSize(100, 50));
         QCOMPARE(scaled.pixels.size(), std::size_t(100 * 50));
@@ -99,7 +96,9 @@ private Q_SLOTS:
     }
 
     void iconsFillTheirSquareOrStayTransparent() {
-        writeRed("wide.png", 40, 20);
+        QImage wide(40, 20, QImage::Format_ARGB32);
+        wide.fill(Qt::red);
+        QVERIFY(wide.save(dir_.filePath("wide.png")));
         const QImage icon = appIconPixmap(loader_, path("wide.png"), 45).toImage();
         QCOMPARE(icon.size(), QSize(45, 45));
         QCOMPARE(qAlpha(icon.pixel(22, 2)), 0);

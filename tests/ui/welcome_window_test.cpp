@@ -21,11 +21,8 @@ void install(UiWorld& world, const std::string& bundle, const std::string& id,
     world.addBundle(path, id, name);
 }
 
-QLabel* labelWithText(const QWidget* window, const QString& text) {
-    for (QLabel* label : window->findChildren<QLabel*>()) {
-        if (label->text() == text) return label;
-    }
-    return nullptr;
+QString labelText(const QWidget* window, const char* name) {
+    return window->findChild<QLabel*>(name)->text();
 }
 
 }  // namespace
@@ -44,10 +41,10 @@ private Q_SLOTS:
 
         QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
         QCOMPARE(world.sim.application.calls.back(), "activate");
-        QVERIFY(
-            labelWithText(window, "Unfortunately, we found no known video apps on your device."));
-        QVERIFY(
-            labelWithText(window, "When one of the apps I will select goes fullscreen, I want to"));
+        QCOMPARE(labelText(window, "detectedAppsHeading"),
+                 "Unfortunately, we found no known video apps on your device.");
+        QCOMPARE(labelText(window, "featuresHeading"),
+                 "When one of the apps I will select goes fullscreen, I want to");
         QVERIFY(!window->findChild<AppList*>());
 
         QTest::mouseClick(window->findChild<ImageToggle*>("nightShiftToggle"), Qt::LeftButton);
@@ -75,8 +72,10 @@ private Q_SLOTS:
         QVERIFY(!first);
         QWidget* window = manager.window();
 
-        QVERIFY(labelWithText(window, "We have detected a few compatible apps for you"));
-        QVERIFY(labelWithText(window, "When one of the above apps goes fullscreen, I want to:"));
+        QCOMPARE(labelText(window, "detectedAppsHeading"),
+                 "We have detected a few compatible apps for you");
+        QCOMPARE(labelText(window, "featuresHeading"),
+                 "When one of the above apps goes fullscreen, I want to:");
         const QList<AppRow*> rows = window->findChild<AppList*>()->rows();
         QCOMPARE(rows.size(), 2);
         QCOMPARE(rows[0]->objectName(), "IINA");
