@@ -17,8 +17,8 @@ struct NoWelcomeWindow final : WelcomeWindowPresenter {
     void showWelcomeWindow() override {}
 };
 
-// The schedules the night-shift-restore scenario runs (inside, outside, within one day in the
-// evening) are left to it.
+// The two schedules the night-shift-restore scenario runs (inside and outside the night) are
+// left to it.
 TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
     struct Case {
         BlueLightStatus::Time from, to;
@@ -33,6 +33,7 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
         {{22, 30}, {7, 0}, {22, 29}, false},
         {{22, 30}, {7, 45}, {7, 45}, true},
         // Within one day the rule answers true at almost every hour; kept on purpose.
+        {{9, 0}, {17, 0}, {20, 0}, true},
         {{9, 0}, {17, 0}, {8, 0}, true},
         {{9, 0}, {17, 0}, {9, 0}, true},
         {{9, 0}, {17, 30}, {17, 31}, true},
