@@ -85,20 +85,14 @@ TEST(BundleReaderTest, UnreadableBundlesAndFoldersGiveNothingAndASlashDoesNotDou
     EXPECT_EQ(item->iconPath, folder / "VLC.app/Contents/Resources/VLC.icns");
 }
 
-class DesktopEntryCatalogTest : public ::testing::Test {
-protected:
-    /// A visible application entry at "/usr/share/applications/<id>.desktop".
-    DesktopEntry& add(const std::string& id, const std::string& name) {
-        entries.add(id, name);
-        return entries.entries.back();
-    }
-
+TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAreBundles) {
     FakeDesktopEntries entries;
     SimBundleFiles bundles;
     DesktopEntryCatalog catalog{entries, bundles};
-};
-
-TEST_F(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItems) {
+    const auto add = [&](const std::string& id, const std::string& name) -> DesktopEntry& {
+        entries.add(id, name);
+        return entries.entries.back();
+    };
     add("mpv", "mpv").iconPath = "/icons/mpv.svg";
     add("nameless", "");
     add("hidden", "H").hidden = true;
@@ -111,9 +105,7 @@ TEST_F(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItems) {
     EXPECT_EQ(item("mpv"), (AppItem{"mpv", "mpv", "/icons/mpv.svg"}));
     EXPECT_EQ(item("nameless"), (AppItem{"nameless", "Unknown App", std::nullopt}));
     for (const char* id : {"hidden", "menu", "link", "missing"}) EXPECT_FALSE(item(id)) << id;
-}
 
-TEST_F(DesktopEntryCatalogTest, OtherPathsAreReadAsBundles) {
     bundles.addBundle("/Applications/VLC.app", {{"CFBundleIdentifier", "org.videolan.vlc"},
                                                 {"CFBundleName", "VLC"},
                                                 {"CFBundleIconFile", "VLCIcon"}});
