@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "diagnostics/debug_log.h"
 #include "diagnostics/file_logger.h"
 #include "platform/sim/sim_basics.h"
-#include "settings/settings_manager.h"
 #include "support/temp_folder.h"
 
 namespace marzipel {
@@ -16,7 +14,6 @@ struct FileLoggerTest : testing::Test {
     SimConsole console;
 
     FileLoggerTest() { directories.documents = home.path().string(); }
-    ~FileLoggerTest() override { FileLogger::setShared(nullptr); }
     std::string logText() const { return readFile(home.file("Marzipel_debug.log")); }
 };
 
@@ -42,20 +39,6 @@ TEST_F(FileLoggerTest, UnopenableFileIsReportedOnStandardOutputEachAttempt) {
     EXPECT_FALSE(FileLogger::create(directories, clock, console));
     ASSERT_EQ(console.lines.size(), 2u);
     EXPECT_EQ(console.lines[0].rfind("Unable to open file handle: ", 0), 0u) << console.lines[0];
-}
-
-TEST_F(FileLoggerTest, DebugLogCallWritesOnlyWhileEnabledAndLoggerExists) {
-    auto store = std::make_shared<SimPreferencesStore>();
-    SettingsManager settings(store, console);
-    settings.debugLoggingEnabled().set(true);
-    debugLog(settings, "before any logger");
-    FileLogger::setShared(FileLogger::create(directories, clock, console));
-    debugLog(settings, "on");
-    settings.debugLoggingEnabled().set(false);
-    debugLog(settings, "off");
-    settings.debugLoggingEnabled().set(true);
-    debugLog(settings, "on again");
-    EXPECT_EQ(logText(), "1/1/26, 12:00:00 PM UTC: on\n1/1/26, 12:00:00 PM UTC: on again\n");
 }
 
 }  // namespace

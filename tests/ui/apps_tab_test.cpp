@@ -48,7 +48,7 @@ class AppsTabTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void listsAppsByNameWithAVideoSwitchOfTheirOwnOrTheEmptyText() {
+    void listsTriggerAppsAndAddsRunningOnesThroughThePicker() {
         UiWorld world;
         AppsTab tab(world.services());
         tab.show();
@@ -77,19 +77,15 @@ private Q_SLOTS:
         QVERIFY(storedIds(world).empty());
         QVERIFY(emptyText->isVisible());
         QTRY_VERIFY(!tab.findChild<AppRow*>("Alpha"));
-    }
 
-    void pickerOffersRunningAppsByNameAndMovesOn() {
-        UiWorld world;
+        // Regular running apps by name, from the first that is not a trigger app yet.
         world.runApp(1, "com.example.gamma", "gamma");
         world.runApp(2, "com.example.beta", "beta");
         world.runApp(3, "com.example.agent", "Agent", ActivationPolicy::accessory);
         world.runApp(4, "com.example.alpha", "Alpha");
         world.settings.addTriggerApp({"com.example.alpha", "Alpha", std::nullopt});
-        AppsTab tab(world.services());
-        tab.show();
         auto* picker = tab.findChild<QComboBox*>("runningApps");
-
+        click(tab.findChild<QToolButton*>("refreshRunningApps"));
         QCOMPARE(picker->count(), 3);
         QCOMPARE(picker->itemText(0), "Alpha");
         QCOMPARE(picker->currentText(), "beta");
@@ -109,28 +105,7 @@ private Q_SLOTS:
         QCOMPARE(picker->itemText(3), "epsilon");
     }
 
-    void importsReadableBundlesAndSkipsTheRest() {
-        UiWorld world;
-        world.addBundle("/Applications/A.app", "com.example.a", "A");
-        world.addBundle("/Applications/C.app", "com.example.c", "C");
-        world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
-        world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
-        world.filePicker.refused = {"/Applications/Shut.app"};
-        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
-                                         "/Applications/Shut.app", "/Applications/C.app"};
-        AppsTab tab(world.services());
-        click(tab.findChild<QPushButton*>("browseButton"));
-
-        QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
-        // Access is handed back for every file it was granted for, and only for those.
-        QCOMPARE(world.filePicker.released,
-                 (std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
-                                           "/Applications/C.app"}));
-        QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
-        QVERIFY(!tab.findChild<QMessageBox*>());
-    }
-
-    void importFailureAlertsAndLogsTheSystemsText() {
+    void importFailureAlertsThenReadableBundlesAreAddedAndTheRestSkipped() {
         QTemporaryDir documents;
         UiWorld world;
         world.sim.userDirectories.documents = documents.path().toStdString();
@@ -140,20 +115,36 @@ private Q_SLOTS:
         world.filePicker.result.error = "The folder couldn't be read.";
         AppsTab tab(world.services());
         tab.show();
-        click(tab.findChild<QPushButton*>("browseButton"));
+        auto* browse = tab.findChild<QPushButton*>("browseButton");
+        click(browse);
 
         QMessageBox* alert = nullptr;
         QTRY_VERIFY((alert = tab.findChild<QMessageBox*>()) && alert->isVisible());
         QCOMPARE(alert->informativeText(), "Failed to import selected app.");
         QFile log(QString::fromStdString(debugLogFilePath(world.sim.userDirectories)));
         QVERIFY(log.open(QIODevice::ReadOnly));
-        const QByteArray logged = log.readAll();
-        QVERIFY(logged.contains("Failed to import app: The folder couldn't be read.\n"));
+        QVERIFY(log.readAll().contains("Failed to import app: The folder couldn't be read.\n"));
         QVERIFY(storedIds(world).empty());
-
         QCOMPARE(alert->buttons().size(), 1);
         click(alert->buttons().front());
         QTRY_VERIFY(!tab.findChild<QMessageBox*>());
+
+        world.addBundle("/Applications/A.app", "com.example.a", "A");
+        world.addBundle("/Applications/C.app", "com.example.c", "C");
+        world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
+        world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
+        world.filePicker.refused = {"/Applications/Shut.app"};
+        world.filePicker.result = {};
+        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
+                                         "/Applications/Shut.app", "/Applications/C.app"};
+        click(browse);
+        QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
+        // Access is handed back for every file it was granted for, and only for those.
+        QCOMPARE(world.filePicker.released,
+                 (std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
+                                           "/Applications/C.app"}));
+        QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
+        QVERIFY(!tab.findChild<QMessageBox*>());
     }
 };
 

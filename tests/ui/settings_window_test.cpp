@@ -1,6 +1,5 @@
 #include <QAbstractButton>
 #include <QCheckBox>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -76,17 +75,15 @@ private Q_SLOTS:
         QCOMPARE(open.world.sim.updater.checks, 1);
     }
 
-    void ctrlShiftDTogglesAdvancedOnRelease() {
+    void ctrlShiftDTogglesAdvancedOnReleaseWithItsDebugLogging() {
         OpenWindow open;
         QVERIFY(QTest::qWaitForWindowActive(open.window()));
         QWindow* window = open.window()->windowHandle();
         const auto ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
         QVERIFY(!open.advancedShown());
 
-        for (auto modifiers : {Qt::KeyboardModifiers(Qt::ControlModifier),
-                               Qt::KeyboardModifiers(Qt::ShiftModifier)}) {
-            QTest::keyClick(window, Qt::Key_D, modifiers);
-        }
+        QTest::keyClick(window, Qt::Key_D, Qt::ControlModifier);
+        QTest::keyClick(window, Qt::Key_D, Qt::ShiftModifier);
         key(window, true, ctrlShift);
         QCoreApplication::processEvents();
         QVERIFY(!open.advancedShown());
@@ -105,18 +102,10 @@ private Q_SLOTS:
         QTRY_VERIFY(open.advancedShown());
         QCoreApplication::processEvents();
         QVERIFY(open.advancedShown());
-    }
 
-    void logsLineFollowsDebugLoggingAndOpensItsFolder() {
-        OpenWindow open;
-        QVERIFY(QTest::qWaitForWindowActive(open.window()));
-        QTest::keyClick(open.window()->windowHandle(), Qt::Key_D,
-                        Qt::ControlModifier | Qt::ShiftModifier);
-        QTRY_VERIFY(open.advancedShown());
         auto* logs = open.find<QAbstractButton>("logsLine");
         const QString path = open.documents.filePath("Marzipel_debug.log");
         QCOMPARE(logs->text(), "Logs will be saved to " + path);
-
         open.find<QCheckBox>("enableDebugLogging")->click();
         QVERIFY(open.world.settings.debugLoggingEnabled().get());
         QTRY_COMPARE(logs->text(), "Logs are being saved to " + path);
@@ -133,7 +122,7 @@ private Q_SLOTS:
                  std::vector<std::string>{open.documents.path().toStdString()});
     }
 
-    void oneFixedSizeWindowWhicheverWayItOpens() {
+    void oneWindowWhicheverWayItOpensAndAFreshOneOnceClosed() {
         OpenWindow open(false);
         SettingsWindow* first = open.window();
         QVERIFY(QTest::qWaitForWindowExposed(first));
@@ -141,12 +130,6 @@ private Q_SLOTS:
         open.world.sim.application.sendActionToDelegate("showSettingsWindow:");
         QVERIFY(!open.openSettings());
         QCOMPARE(open.window(), first);
-        QCOMPARE(first->minimumSize(), first->maximumSize());
-        for (int i = 0; i < first->tabs()->count(); ++i) {
-            QCOMPARE(first->tabs()->widget(i)->size(), QSize(600, 400));
-        }
-        QCOMPARE(first->tabs()->tabText(0), "General");
-        QCOMPARE(first->tabs()->tabText(1), "Apps");
 
         first->close();
         QTRY_VERIFY(!open.window());

@@ -47,15 +47,10 @@ struct UiWorld {
         bundleFiles.addBundle(path, std::move(info));
     }
 
-    /// A running application of the regular kind.
+    /// A running application, of the regular kind unless told otherwise.
     void runApp(std::int32_t pid, std::string id, std::string name,
                 ActivationPolicy policy = ActivationPolicy::regular) {
-        RunningApplication application;
-        application.processId = pid;
-        application.bundleIdentifier = std::move(id);
-        application.localizedName = std::move(name);
-        application.activationPolicy = policy;
-        sim.workspace.applications.push_back(std::move(application));
+        sim.workspace.applications.push_back({pid, id, name, std::nullopt, policy});
     }
 };
 

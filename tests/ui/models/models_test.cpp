@@ -1,8 +1,10 @@
-#include "ui/models/settings_access.h"
-
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "platform/sim/sim_application.h"
+#include "ui/models/settings_access.h"
+#include "ui/models/settings_view_model.h"
 #include "ui/models/tray_commands.h"
 
 namespace marzipel {
@@ -24,22 +26,25 @@ struct SettingsAccessTest : testing::Test {
             open, application, [this] { events.push_back("pre"); },
             [this] { events.push_back("post"); });
     }
+    /// A link that records its run and answers `result`.
+    void link(OpenSettingsAccessAction& open, std::optional<OpenActionFailure> result) {
+        open.installLink([this, result] {
+            events.push_back("link");
+            return result;
+        });
+    }
 };
 
 TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionOverThePreferencesOne) {
     application.version = {13, 6, 1};
     OpenSettingsAccessAction open(application);
-    int linkRuns = 0;
-    open.installLink([&]() -> std::optional<OpenActionFailure> {
-        ++linkRuns;
-        return std::nullopt;
-    });
+    link(open, std::nullopt);
     answer("showPreferencesWindow:");
     EXPECT_EQ(open(), std::nullopt);
     answer("showSettingsWindow:");
     EXPECT_EQ(open(), std::nullopt);
+    // Below 14.0 nothing replaces the legacy route: the link never runs.
     EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "delegate showSettingsWindow:"}));
-    EXPECT_EQ(linkRuns, 0) << "below 14.0 nothing replaces the legacy route";
 
     application.hasDelegate = false;
     EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::selectorNotFound));
@@ -69,25 +74,28 @@ TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors
               OpenSettingsFailure(OtherOpenSettingsError{"The operation couldn’t be completed."}));
 }
 
-TEST_F(SettingsAccessTest, SettingsButtonRunsPreOpeningPostInOrderWhateverOpeningDoes) {
+// The tray activates before sending below 14.0 and after opening from 14.0 on.
+TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundOpeningWhateverOpeningDoes) {
     application.version = {13, 0, 0};
     answer("showSettingsWindow:");
     OpenSettingsAccessAction legacy(application);
     press(legacy);
     application.hasDelegate = false;
     press(legacy);
-    EXPECT_EQ(events, (Calls{"pre", "delegate showSettingsWindow:", "post", "pre", "post"}));
+    application.hasDelegate = true;
+    openSettingsFromTray(legacy, application);
+    EXPECT_EQ(events, (Calls{"pre", "delegate showSettingsWindow:", "post", "pre", "post",
+                             "activate", "send showSettingsWindow:"}));
 
     events.clear();
     application.version = {14, 0, 0};
     OpenSettingsAccessAction open(application);
     press(open);
-    open.installLink([this]() -> std::optional<OpenActionFailure> {
-        events.push_back("link");
-        return OtherOpenSettingsError{"failed"};
-    });
+    link(open, OtherOpenSettingsError{"failed"});
     press(open);
-    EXPECT_EQ(events, (Calls{"pre", "post", "pre", "link", "post"}));
+    link(open, std::nullopt);
+    openSettingsFromTray(open, application);
+    EXPECT_EQ(events, (Calls{"pre", "post", "pre", "link", "post", "link", "activate"}));
 }
 
 TEST(TrayCommandsTest, IconIsEighteenPointsHighAndKeepsItsProportions) {
@@ -95,21 +103,37 @@ TEST(TrayCommandsTest, IconIsEighteenPointsHighAndKeepsItsProportions) {
     EXPECT_EQ(trayIconSize({600, 300}), (PointSize{36, 18}));
 }
 
-TEST_F(SettingsAccessTest, ConfigureActivatesBeforeSendingBelow14AndAfterOpeningFrom14) {
-    application.version = {13, 0, 0};
-    answer("showSettingsWindow:");
-    openSettingsFromTray(OpenSettingsAccessAction(application), application);
-    EXPECT_EQ(events, (Calls{"activate", "send showSettingsWindow:"}));
+struct SettingsViewModelTest : testing::Test {
+    std::vector<std::function<void()>> posted;
+    PostToMainLoop post = [this](std::function<void()> task) { posted.push_back(std::move(task)); };
+    std::unique_ptr<SettingsViewModel> model = std::make_unique<SettingsViewModel>(post);
 
-    events.clear();
-    application.version = {14, 0, 0};
-    OpenSettingsAccessAction open(application);
-    open.installLink([this]() -> std::optional<OpenActionFailure> {
-        events.push_back("link");
-        return std::nullopt;
-    });
-    openSettingsFromTray(open, application);
-    EXPECT_EQ(events, (Calls{"link", "activate"}));
+    void runPosted() {
+        auto tasks = std::move(posted);
+        posted.clear();
+        for (auto& task : tasks) task();
+    }
+};
+
+// Which key combinations toggle is checked through the settings window; this covers the
+// deferred toggle, which the window test cannot see.
+TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGone) {
+    int changes = 0;
+    auto changed = model->onChanged([&] { ++changes; });
+    model->keyReleased({.key = 'E', .shift = true, .command = true});
+    EXPECT_TRUE(posted.empty());
+    model->keyReleased({.key = 'D', .shift = true, .command = true});
+    EXPECT_FALSE(model->showAdvancedSettings()) << "not while the key event is handled";
+    runPosted();
+    EXPECT_TRUE(model->showAdvancedSettings());
+    EXPECT_EQ(changes, 1);
+
+    model->keyReleased({.key = 'D', .shift = true, .command = true});
+    model.reset();
+    // The new model most likely takes the freed place, where a stale toggle would show.
+    model = std::make_unique<SettingsViewModel>(post);
+    runPosted();
+    EXPECT_FALSE(model->showAdvancedSettings());
 }
 
 }  // namespace

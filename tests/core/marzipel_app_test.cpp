@@ -1,20 +1,24 @@
-#include "core/trigger_state_machine.h"
-
-#include "core/marzipel_state.h"
+#include "core/marzipel_app.h"
 
 #include <gtest/gtest.h>
-
-#include "app/sim/sim_platform.h"
-#include "settings/settings_manager.h"
 
 #include <string>
 #include <vector>
 
+#include "app/sim/sim_platform.h"
+#include "core/marzipel_system_client.h"
+#include "core/trigger_state_machine.h"
+#include "settings/settings_manager.h"
+
 namespace marzipel {
 namespace {
 
-using Lines = std::vector<std::string>;
+struct NoWelcomeWindow final : WelcomeWindowPresenter {
+    void showWelcomeWindow() override {}
+};
 
+// The two schedules the night-shift-restore scenario runs (inside and outside the night) are
+// left to it.
 TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
     struct Case {
         BlueLightStatus::Time from, to;
@@ -22,11 +26,9 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
         bool within;
     };
     const Case cases[] = {
-        {{22, 0}, {7, 0}, {23, 15}, true},
         {{22, 0}, {7, 0}, {3, 0}, true},
         {{22, 0}, {7, 0}, {22, 0}, true},
         {{22, 0}, {7, 0}, {7, 0}, true},
-        {{22, 0}, {7, 0}, {7, 1}, false},
         {{22, 0}, {7, 0}, {12, 0}, false},
         {{22, 30}, {7, 0}, {22, 29}, false},
         {{22, 30}, {7, 45}, {7, 45}, true},
@@ -48,7 +50,7 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
 
 TEST(MarzipelStateTest, WillChangeSeesTheOldValueAndDidChangeTheNew) {
     MarzipelState state;
-    Lines seen;
+    std::vector<std::string> seen;
     auto will = state.onWillChange([&](MarzipelState::Field field, bool value) {
         seen.push_back("will " + std::to_string(value) + " was " +
                        std::to_string(state.isActive()) +
@@ -59,12 +61,37 @@ TEST(MarzipelStateTest, WillChangeSeesTheOldValueAndDidChangeTheNew) {
     });
     state.setIsActive(true);
     state.setTriggerValue(!state.triggerValue());
-    EXPECT_EQ(seen, (Lines{"will 1 was 0 isActive", "did 1", "will 1 was 1 trigger", "did 1"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{"will 1 was 0 isActive", "did 1",
+                                              "will 1 was 1 trigger", "did 1"}));
 }
 
-struct NoWelcomeWindow final : WelcomeWindowPresenter {
-    void showWelcomeWindow() override {}
-};
+// What launching does is run end to end by the launch scenario; the updater's start and which
+// delegate answers as the shared one it cannot see.
+TEST(AppDelegateTest, StartsTheUpdaterAndTheNewestLivingDelegateIsShared) {
+    SimPlatform sim;
+    NoWelcomeWindow welcome;
+    SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
+    auto make = [&] {
+        return std::make_unique<AppDelegate>(sim.application, sim.updater, welcome, settings,
+                                             sim.userDirectories, sim.clock, sim.console);
+    };
+    auto first = make();
+    EXPECT_EQ(sim.updater.starts, 1);
+    EXPECT_TRUE(sim.updater.gentleReminders);
+    auto second = make();
+    EXPECT_EQ(AppDelegate::shared(), second.get());
+    first.reset();
+    EXPECT_EQ(AppDelegate::shared(), second.get());
+    second.reset();
+    EXPECT_EQ(AppDelegate::shared(), nullptr);
+}
+
+// The client's calls, and their log lines, are run end to end by the acceptance scenarios.
+TEST(MarzipelSystemClientDeathTest, MissingKeyboardClientStopsTheProcess) {
+    SimConsole console;
+    SettingsManager settings(std::make_shared<SimPreferencesStore>(), console);
+    EXPECT_DEATH(MarzipelSystemClient(nullptr, settings), "");
+}
 
 // The marker that lets a run put back what an earlier run left off: restored once, at launch,
 // only for a run that has ended, and placed exactly while active.
