@@ -60,7 +60,7 @@ TEST_F(XdgAutostartLoginItemServiceTest, RegisteringWritesAnEntryThatUnregisteri
     EXPECT_TRUE(service.unregisterItem().succeeded);
 }
 
-TEST_F(XdgAutostartLoginItemServiceTest, TheProgramPathIsQuotedForTheExecLine) {
+TEST_F(XdgAutostartLoginItemServiceTest, ProgramPathsAreQuotedOrRefusedWithTheReason) {
     XdgAutostartLoginItemService odd("/home/ann/my apps/\"Mar$zi`pel\\100%", temp.path().string());
     ASSERT_TRUE(odd.registerItem().succeeded);
     KeyFile file;
@@ -68,17 +68,14 @@ TEST_F(XdgAutostartLoginItemServiceTest, TheProgramPathIsQuotedForTheExecLine) {
     EXPECT_EQ(file.string("Desktop Entry", "Exec"),
               "\"/home/ann/my apps/\\\"Mar\\$zi\\`pel\\\\100%%\"");
 
-    XdgAutostartLoginItemService invalid("/opt/\xff/marzipel", temp.path().string());
-    LoginItemResult result = invalid.registerItem();
+    LoginItemResult result =
+        XdgAutostartLoginItemService("/opt/\xff/marzipel", temp.path().string()).registerItem();
     EXPECT_FALSE(result.succeeded);
     EXPECT_NE(result.errorText.find("UTF-8"), std::string::npos);
-}
 
-TEST_F(XdgAutostartLoginItemServiceTest, RefusedChangesGiveTheSystemsReason) {
     const std::string notAFolder = temp / "config-file";
     writeFile(notAFolder, "");
-    XdgAutostartLoginItemService blocked("/usr/bin/marzipel", notAFolder);
-    LoginItemResult result = blocked.registerItem();
+    result = XdgAutostartLoginItemService("/usr/bin/marzipel", notAFolder).registerItem();
     EXPECT_FALSE(result.succeeded);
     EXPECT_NE(result.errorText.find(notAFolder), std::string::npos) << result.errorText;
 
