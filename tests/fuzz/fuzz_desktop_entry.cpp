@@ -55,9 +55,7 @@ void checkIcon(const std::optional<std::string>& icon) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fs::path& folder = dataFolder();
     const std::string_view input(reinterpret_cast<const char*>(data), size);
-    const std::string path = (folder / "applications/kde4/fuzz.desktop").string();
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        .write(input.data(), static_cast<std::streamsize>(input.size()));
+    const std::string path = writeFuzzInput(folder / "applications/kde4/fuzz.desktop", data, size);
 
     marzipel::LinuxDesktopEntries entries({folder.string()});
     if (std::optional<marzipel::DesktopEntry> entry = entries.readEntry(path)) {

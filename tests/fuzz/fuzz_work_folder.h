@@ -2,8 +2,10 @@
 
 #include <stdlib.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 /// A folder of the fuzz target's own under the temporary folder: made at first use, removed with
@@ -20,4 +22,12 @@ inline const std::filesystem::path& fuzzWorkFolder() {
         return new std::filesystem::path(pattern);
     }();
     return *folder;
+}
+
+/// Writes the input to `path`, replacing what was there; the path as text.
+inline std::string writeFuzzInput(const std::filesystem::path& path, const std::uint8_t* data,
+                                  std::size_t size) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    return path.string();
 }

@@ -36,6 +36,7 @@ PlistValue everyKind() {
         {"min", std::numeric_limits<std::int64_t>::min()},
         {"max", std::numeric_limits<std::int64_t>::max()},
         {"tenth", 0.1},
+        {"third", 1.0 / 3},
         {"tiny", -2.5e-300},
         {"text", "Grüße <&> \"quoted\" 'x' ]]> \t tab"},
         {"", ""},
