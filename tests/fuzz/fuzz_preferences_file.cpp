@@ -7,24 +7,17 @@
 #include <filesystem>
 #include <string>
 
-#include "fuzz_work_folder.h"
 #include "platform/linux/plist_file_preferences_store.h"
 #include "platform/plist/plist_codec.h"
-
-namespace {
-
-class DiscardingLog final : public marzipel::SystemLog {
-public:
-    void error(std::string_view, std::string_view, std::string_view) override {}
-};
-
-}  // namespace
+#include "platform/sim/sim_basics.h"
+#include "support/temp_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::filesystem::path& folder = fuzzWorkFolder();
-    const std::string path = writeFuzzInput(folder / "com.orsavelt.Marzipel.plist", data, size);
+    static const marzipel::TempFolder folder;
+    const std::string path = folder.file("com.orsavelt.Marzipel.plist");
+    marzipel::writeFile(path, {reinterpret_cast<const char*>(data), size});
 
-    DiscardingLog log;
+    marzipel::SimSystemLog log;
     {
         marzipel::PlistFilePreferencesStore store(path, log);
         store.registerDefaults({{"welcomeScreenShown", false}});
@@ -39,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             std::abort();
         }
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
         std::filesystem::remove_all(entry.path());
     }
     return 0;
