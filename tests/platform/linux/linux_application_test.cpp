@@ -92,19 +92,16 @@ private Q_SLOTS:
     void routesDelegateActionsByName() {
         LinuxApplication application(center_, systemLog_);
         QVERIFY(!application.sendAction("showSettingsWindow:"));
-        int first = 0;
-        int second = 0;
-        application.installDelegateAction("showSettingsWindow:", [&] { ++first; });
+        int calls = 0;
+        application.installDelegateAction("showSettingsWindow:", [&] { calls += 1; });
         application.installDelegateAction("showPreferencesWindow:", nullptr);
         QVERIFY(application.delegateRespondsTo("showSettingsWindow:"));
         QVERIFY(!application.delegateRespondsTo("showPreferencesWindow:"));
         QVERIFY(application.sendAction("showSettingsWindow:"));
         application.sendActionToDelegate("showSettingsWindow:");
-        QCOMPARE(first, 2);
-        application.installDelegateAction("showSettingsWindow:", [&] { ++second; });
+        application.installDelegateAction("showSettingsWindow:", [&] { calls += 10; });
         application.sendActionToDelegate("showSettingsWindow:");
-        QCOMPARE(first, 2);
-        QCOMPARE(second, 1);
+        QCOMPARE(calls, 12);
     }
 
     void showsOneAboutBoxWithNameVersionAndIcon() {
