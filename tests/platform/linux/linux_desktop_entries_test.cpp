@@ -82,10 +82,8 @@ TEST_F(LinuxDesktopEntriesTest, FilesThatAreNotEntriesGiveNothing) {
         put(system, "applications/other-group.desktop", "[Desktop Action new]\nName=New\n")));
     EXPECT_FALSE(entries.readEntry(
         put(system, "applications/broken.desktop", "[Desktop Entry\nName=Broken\n")));
-    EXPECT_FALSE(entries.readEntry(put(system, "applications/binary.desktop",
-                                       std::string("\x7f"
-                                                   "ELF\0\0\x01",
-                                                   7))));
+    EXPECT_FALSE(entries.readEntry(
+        put(system, "applications/binary.desktop", std::string("\177ELF\0\0\1", 7))));
     EXPECT_FALSE(entries.readEntry(put(system, "applications/.desktop", entryText("No id"))));
     EXPECT_FALSE(entries.readEntry(system + "/applications"));
 

@@ -98,9 +98,7 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
     const std::string keys = binaryOf(dictionary.get());
     ASSERT_TRUE(parse(keys));
     std::string asciiNul = keys;
-    asciiNul[asciiNul.find("\x52"
-                           "ab") +
-             2] = '\0';
+    asciiNul[asciiNul.find("\122ab") + 2] = '\0';  // \122: an ASCII string of two
     std::string utf16Nul = keys;
     const std::size_t utf16 = utf16Nul.find(std::string("\x63\x00\xE9\x00t", 5));
     ASSERT_NE(utf16, std::string::npos);
