@@ -8,42 +8,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
 #include "base/utf8.h"
-#include "fuzz_work_folder.h"
 #include "platform/linux/icon_theme_lookup.h"
 #include "platform/linux/key_file.h"
 #include "platform/linux/linux_desktop_entries.h"
+#include "support/temp_folder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-void touch(const fs::path& path) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << "";
-}
-
-/// A data folder with an applications folder and a few icons for the lookup to find.
-const fs::path& dataFolder() {
-    static const fs::path folder = [] {
-        const fs::path share = fuzzWorkFolder() / "share";
-        fs::create_directories(share / "applications/kde4");
-        touch(share / "icons/hicolor/scalable/apps/vlc.svg");
-        touch(share / "icons/hicolor/48x48/apps/mpv.png");
-        touch(share / "icons/hicolor/256x256/apps/mpv.png");
-        touch(share / "icons/hicolor/32x32@2/apps/kodi.png");
-        touch(share / "pixmaps/smplayer.xpm");
-        setenv("LANGUAGE", "de_DE:fr", 1);
-        g_log_set_always_fatal(
-            static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR));
-        return share;
-    }();
-    return folder;
-}
+/// The data folder: the input becomes an entry in its applications folder, beside a few icons
+/// for the lookup to find.
+const marzipel::TempFolder share;
 
 void checkIcon(const std::optional<std::string>& icon) {
     std::error_code error;
@@ -52,14 +32,25 @@ void checkIcon(const std::optional<std::string>& icon) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const fs::path& folder = dataFolder();
-    const std::string_view input(reinterpret_cast<const char*>(data), size);
-    const std::string path = (folder / "applications/kde4/fuzz.desktop").string();
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        .write(input.data(), static_cast<std::streamsize>(input.size()));
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    for (const char* icon :
+         {"icons/hicolor/scalable/apps/vlc.svg", "icons/hicolor/48x48/apps/mpv.png",
+          "icons/hicolor/256x256/apps/mpv.png", "icons/hicolor/32x32@2/apps/kodi.png",
+          "pixmaps/smplayer.xpm"}) {
+        marzipel::writeFile(share / icon, "");
+    }
+    setenv("LANGUAGE", "de_DE:fr", 1);
+    g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR));
+    return 0;
+}
 
-    marzipel::LinuxDesktopEntries entries({folder.string()});
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string folder = share.path().string();
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    const std::string path = share / "applications/kde4/fuzz.desktop";
+    marzipel::writeFile(path, input);
+
+    marzipel::LinuxDesktopEntries entries({folder});
     if (std::optional<marzipel::DesktopEntry> entry = entries.readEntry(path)) {
         if (entry->id != "kde4-fuzz" || entry->path != path) std::abort();
         if (!marzipel::isValidUtf8(entry->name)) std::abort();
@@ -69,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!found || found->path != path) std::abort();
     }
 
-    checkIcon(marzipel::IconThemeLookup({folder.string()}).find(input));
+    checkIcon(marzipel::IconThemeLookup({folder}).find(input));
     if (size < 200) {
         if (auto entry = entries.findById(input); entry && entry->path != path) std::abort();
     }

@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 
+#include "platform/sim/sim_basics.h"
 #include "settings/app_item.h"
 #include "settings/defaults_collection_bridges.h"
 #include "settings/feature.h"
@@ -17,16 +18,11 @@ namespace {
 
 using namespace marzipel;
 
-class DiscardingConsole final : public Console {
-public:
-    void printLine(std::string_view) override {}
-};
-
 template <typename T>
 void readWriteRead(const PlistValue& stored) {
     std::optional<T> value = DefaultsBridge<T>::deserialize(stored);
     if (!value) return;
-    DiscardingConsole console;
+    SimConsole console;
     std::optional<PlistValue> written = DefaultsBridge<T>::serialize(*value, console);
     if (!written) std::abort();
     std::optional<T> again = DefaultsBridge<T>::deserialize(*written);

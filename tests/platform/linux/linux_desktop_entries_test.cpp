@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include "detection/desktop_entry_catalog.h"
+#include "detection/installed_video_apps.h"
+#include "platform/linux/icon_theme_lookup.h"
+#include "platform/local/local_bundle_files.h"
+#include "platform/sim/sim_basics.h"
 #include "support/scoped_env.h"
 #include "support/temp_folder.h"
 
@@ -77,10 +82,8 @@ TEST_F(LinuxDesktopEntriesTest, FilesThatAreNotEntriesGiveNothing) {
         put(system, "applications/other-group.desktop", "[Desktop Action new]\nName=New\n")));
     EXPECT_FALSE(entries.readEntry(
         put(system, "applications/broken.desktop", "[Desktop Entry\nName=Broken\n")));
-    EXPECT_FALSE(entries.readEntry(put(system, "applications/binary.desktop",
-                                       std::string("\x7f"
-                                                   "ELF\0\0\x01",
-                                                   7))));
+    EXPECT_FALSE(entries.readEntry(
+        put(system, "applications/binary.desktop", std::string("\177ELF\0\0\1", 7))));
     EXPECT_FALSE(entries.readEntry(put(system, "applications/.desktop", entryText("No id"))));
     EXPECT_FALSE(entries.readEntry(system + "/applications"));
 
@@ -90,43 +93,34 @@ TEST_F(LinuxDesktopEntriesTest, FilesThatAreNotEntriesGiveNothing) {
     EXPECT_FALSE(entries.readEntry(pipe));
 }
 
-TEST_F(LinuxDesktopEntriesTest, IdsJoinSubfoldersWithDashes) {
+TEST_F(LinuxDesktopEntriesTest, IdsShadowingAndLaterChangesAsLookupsSeeThem) {
     put(user, "applications/kde4/dragon.desktop", entryText("Dragon"));
     put(system, "applications/kde4/games/patience.desktop", entryText("Patience"));
-    put(system, "applications/mpv.desktop", entryText("mpv"));
-    const std::string elsewhere = put(temp.path(), "Downloads/Player.desktop", entryText("P"));
-
-    EXPECT_EQ(entries.readEntry(user + "/applications/kde4/dragon.desktop")->id, "kde4-dragon");
-    EXPECT_EQ(entries.readEntry(elsewhere)->id, "Player");
-    EXPECT_EQ(ids(entries.allEntries()),
-              (std::vector<std::string>{"kde4-dragon", "kde4-games-patience", "mpv"}));
-
-    std::optional<DesktopEntry> found = entries.findById("kde4-games-patience");
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->name, "Patience");
-    EXPECT_EQ(entries.findById("mpv")->path, system + "/applications/mpv.desktop");
-    EXPECT_FALSE(entries.findById("kde4-missing"));
-    EXPECT_FALSE(entries.findById("..-applications-mpv"));
-    EXPECT_FALSE(entries.findById("kde4/dragon"));
-    EXPECT_FALSE(entries.findById(std::string_view("kde4-dragon.desktop\0", 20)));
-}
-
-TEST_F(LinuxDesktopEntriesTest, TheUsersEntryShadowsTheSystemsUnlessItCannotBeRead) {
     put(system, "applications/mpv.desktop", entryText("System mpv"));
     put(system, "applications/vlc.desktop", entryText("System VLC"));
     put(user, "applications/mpv.desktop", entryText("Own mpv", "Hidden=true\n"));
     put(user, "applications/vlc.desktop", "not an entry");
+    const std::string elsewhere = put(temp.path(), "Downloads/Player.desktop", entryText("P"));
 
+    EXPECT_EQ(entries.readEntry(user + "/applications/kde4/dragon.desktop")->id, "kde4-dragon");
+    EXPECT_EQ(entries.readEntry(elsewhere)->id, "Player");
+    // The user's folder first, each folder in the order of the ids.
     std::vector<DesktopEntry> all = entries.allEntries();
-    ASSERT_EQ(ids(all), (std::vector<std::string>{"mpv", "vlc"}));
-    EXPECT_EQ(all[0].name, "Own mpv");
-    EXPECT_TRUE(all[0].hidden);
-    EXPECT_EQ(all[1].name, "System VLC");
-    EXPECT_EQ(entries.findById("mpv")->name, "Own mpv");
-    EXPECT_EQ(entries.findById("vlc")->name, "System VLC");
-}
+    ASSERT_EQ(ids(all),
+              (std::vector<std::string>{"kde4-dragon", "mpv", "kde4-games-patience", "vlc"}));
+    EXPECT_EQ(all[1].name, "Own mpv");
+    EXPECT_TRUE(all[1].hidden);
+    EXPECT_EQ(all[3].name, "System VLC");
 
-TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedOrEditedAfterAnEarlierLookup) {
+    EXPECT_EQ(entries.findById("kde4-games-patience")->name, "Patience");
+    EXPECT_EQ(entries.findById("mpv")->name, "Own mpv");
+    EXPECT_EQ(entries.findById("vlc")->path, system + "/applications/vlc.desktop");
+    EXPECT_FALSE(entries.findById("totem"));
+    EXPECT_FALSE(entries.findById("kde4-missing"));
+    EXPECT_FALSE(entries.findById("..-applications-mpv"));
+    EXPECT_FALSE(entries.findById("kde4/dragon"));
+    EXPECT_FALSE(entries.findById(std::string_view("kde4-dragon.desktop\0", 20)));
+
     // A folder's time may not move within the clock's tick, so it is set ahead explicitly.
     auto touchLater = [](const std::string& folder) {
         struct stat info {};
@@ -135,35 +129,26 @@ TEST_F(LinuxDesktopEntriesTest, FindsEntriesAddedOrEditedAfterAnEarlierLookup) {
         times[1].tv_sec += 10;
         ASSERT_EQ(utimensat(AT_FDCWD, folder.c_str(), times, 0), 0);
     };
-    put(system, "applications/mpv.desktop", entryText("mpv"));
-    put(system, "applications/kde4/dragon.desktop", entryText("Dragon"));
-    EXPECT_FALSE(entries.findById("vlc"));
-    EXPECT_EQ(ids(entries.allEntries()), (std::vector<std::string>{"kde4-dragon", "mpv"}));
-
-    put(system, "applications/vlc.desktop", entryText("VLC"));
+    put(system, "applications/totem.desktop", entryText("Totem"));
     touchLater(system + "/applications");
-    std::optional<DesktopEntry> added = entries.findById("vlc");
+    std::optional<DesktopEntry> added = entries.findById("totem");
     ASSERT_TRUE(added);
-    EXPECT_EQ(added->name, "VLC");
+    EXPECT_EQ(added->name, "Totem");
 
-    put(system, "applications/kde4/games/patience.desktop", entryText("Patience"));
+    put(system, "applications/kde4/cards/solitaire.desktop", entryText("Solitaire"));
     touchLater(system + "/applications/kde4");
     EXPECT_EQ(ids(entries.allEntries()),
-              (std::vector<std::string>{"kde4-dragon", "kde4-games-patience", "mpv", "vlc"}));
+              (std::vector<std::string>{"kde4-dragon", "mpv", "kde4-cards-solitaire",
+                                        "kde4-games-patience", "totem", "vlc"}));
 
     // Rewriting a file in place leaves its folder's time alone.
-    put(system, "applications/mpv.desktop", entryText("mpv Media Player"));
+    put(user, "applications/mpv.desktop", entryText("mpv Media Player"));
     EXPECT_EQ(entries.findById("mpv")->name, "mpv Media Player");
 }
 
 TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
-    int count = 0;
-    auto iconOf = [&](std::string_view icon) {
-        const std::string path =
-            put(system, "applications/app" + std::to_string(++count) + ".desktop",
-                entryText("App", "Icon=" + std::string(icon) + "\n"));
-        return entries.readEntry(path)->iconPath;
-    };
+    const IconThemeLookup icons({user, system});
+    const auto iconOf = [&](std::string_view icon) { return icons.find(icon); };
     const std::string svg = put(system, "icons/hicolor/scalable/apps/vlc.svg");
     put(user, "icons/hicolor/512x512/apps/vlc.png");
     EXPECT_EQ(iconOf("vlc"), svg);
@@ -187,6 +172,33 @@ TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
     EXPECT_EQ(iconOf("missing"), std::nullopt);
     EXPECT_EQ(iconOf("../scalable/apps/vlc"), std::nullopt);
     EXPECT_EQ(iconOf(""), std::nullopt);
+}
+
+// Shadowing as the welcome window's search sees it, through the catalogue; also the icon of an
+// entry.
+TEST_F(LinuxDesktopEntriesTest, FindsInstalledPlayersEachOnceAsTheUserSeesThem) {
+    const std::string flatpak = temp / "var/lib/flatpak/exports/share";
+    put(user, "applications/mpv.desktop", entryText("mpv"));
+    put(system, "applications/mpv.desktop", entryText("mpv Media Player"));
+    const std::string celluloid = "applications/io.github.celluloid_player.Celluloid.desktop";
+    put(user, celluloid, entryText("Celluloid", "NoDisplay=true\n"));
+    put(system, celluloid, entryText("Celluloid"));
+    put(system, "applications/org.gnome.TextEditor.desktop", entryText("Text Editor"));
+    put(system, "applications/kodi.desktop", entryText("Kodi", "NoDisplay=true\n"));
+    put(system, "applications/video/smplayer.desktop", entryText("SMPlayer"));
+    put(flatpak, "applications/org.videolan.VLC.desktop",
+        entryText("VLC", "Icon=org.videolan.VLC\n"));
+    const std::string icon = put(flatpak, "icons/hicolor/128x128/apps/org.videolan.VLC.png");
+
+    // A data folder without applications is not searched, so not reported as unreadable.
+    LinuxDesktopEntries withFlatpak({user, temp / "opt/share", system, flatpak + "/"});
+    LocalBundleFiles bundles;
+    DesktopEntryCatalog catalog(withFlatpak, bundles);
+    SimSystemLog log;
+    EXPECT_EQ(
+        findInstalledVideoApps(catalog, log),
+        (std::vector<AppItem>{{"mpv", "mpv", std::nullopt}, {"org.videolan.VLC", "VLC", icon}}));
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(XdgDataFoldersTest, FollowsTheEnvironmentAndAddsTheSandboxExports) {

@@ -42,81 +42,57 @@ protected:
     SimSystemLog log;
 };
 
-TEST_F(PlistFilePreferencesStoreTest, ChangesSurviveAReloadButDefaultsAreNeverWritten) {
-    {
-        PlistFilePreferencesStore store(path, log);
-        EXPECT_TRUE(store.storedValues().empty()) << "a missing file is an empty domain";
-        EXPECT_FALSE(fs::exists(path));
-        store.registerDefaults({{"welcomeScreenShown", false}, {"enabledApps", PlistArray{}}});
-        store.setObject("debugLoggingEnabled", true);
-        store.setObject("transient", 1);
-        store.setObject("enabledApps", PlistArray{"{\"id\":\"org.videolan.vlc\"}"});
-        store.removeObject("transient");
-    }
+TEST_F(PlistFilePreferencesStoreTest, ScheduledWritesCoverABurstKeepNoDefaultsAndSurviveAReload) {
+    std::vector<std::function<void()>> tasks;
+    const auto schedule = [&tasks](std::function<void()> task) { tasks.push_back(task); };
+    auto store = std::make_unique<PlistFilePreferencesStore>(path, log, schedule);
+    EXPECT_TRUE(store->storedValues().empty()) << "a missing file is an empty domain";
+    store->registerDefaults({{"welcomeScreenShown", false}, {"enabledApps", PlistArray{}}});
+    store->setObject("debugLoggingEnabled", true);
+    store->setObject("transient", 1);
+    store->removeObject("transient");
+    ASSERT_EQ(tasks.size(), 1u);
+    EXPECT_FALSE(fs::exists(path));
+    tasks[0]();
+    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", true}}));
+
+    store->setObject("enabledApps", PlistArray{"{\"id\":\"org.videolan.vlc\"}"});
+    ASSERT_EQ(tasks.size(), 2u);
+    store.reset();
     const PlistDictionary expected{{"debugLoggingEnabled", true},
                                    {"enabledApps", PlistArray{"{\"id\":\"org.videolan.vlc\"}"}}};
     EXPECT_EQ(fileContents(), PlistValue(expected));
+    tasks[1]();  // after the store is gone: nothing happens
     EXPECT_EQ(folderEntries(), std::vector<std::string>{"com.orsavelt.Marzipel.plist"});
 
     PlistFilePreferencesStore reloaded(path, log);
     EXPECT_EQ(reloaded.storedValues(), expected);
-    EXPECT_EQ(reloaded.object("welcomeScreenShown"), std::nullopt);
-    EXPECT_TRUE(log.entries.empty());
-}
-
-TEST_F(PlistFilePreferencesStoreTest, ScheduledWritesCoverABurstAndNothingIsLostAtTheEnd) {
-    std::vector<std::function<void()>> tasks;
-    const auto schedule = [&tasks](std::function<void()> task) { tasks.push_back(task); };
-    auto store = std::make_unique<PlistFilePreferencesStore>(path, log, schedule);
-    store->setObject("welcomeScreenShown", true);
-    store->setObject("debugLoggingEnabled", true);
-    ASSERT_EQ(tasks.size(), 1u);
-    EXPECT_FALSE(fs::exists(path));
-
-    tasks[0]();
-    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", true},
-                                                         {"welcomeScreenShown", true}}));
-
-    store->setObject("debugLoggingEnabled", false);
-    ASSERT_EQ(tasks.size(), 2u);
-    store.reset();
-    EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", false},
-                                                         {"welcomeScreenShown", true}}));
-    tasks[1]();  // after the store is gone: nothing happens
     EXPECT_TRUE(log.entries.empty());
 }
 
 TEST_F(PlistFilePreferencesStoreTest, UnreadableFileIsMovedAsideAndKeptThroughLaterSaves) {
-    const std::string contents[] = {"garbage\n", toXmlPropertyList(PlistArray{"not", "a dict"})};
-    for (const std::string& bad : contents) {
-        TempFolder other;
-        const std::string badPath = other.file("com.orsavelt.Marzipel.plist");
-        writeFile(badPath, bad);
-        SimSystemLog badLog;
-
-        PlistFilePreferencesStore store(badPath, badLog);
+    for (const std::string& bad : {std::string("garbage\n"), toXmlPropertyList(PlistArray{"x"})}) {
+        fs::remove_all(folder.file("config"));
+        writeFile(path, bad);
+        log.entries.clear();
+        PlistFilePreferencesStore store(path, log);
         EXPECT_TRUE(store.storedValues().empty());
         store.setObject("welcomeScreenShown", true);
         store.setObject("debugLoggingEnabled", true);
 
-        std::vector<fs::path> aside;
-        for (const auto& entry : fs::directory_iterator(other.path())) {
-            if (entry.path().string() != badPath) aside.push_back(entry.path());
-        }
-        ASSERT_EQ(aside.size(), 1u);
-        const std::string asideName = aside[0].filename().string();
+        const std::vector<std::string> names = folderEntries();
+        ASSERT_EQ(names.size(), 2u);
         EXPECT_TRUE(std::regex_match(
-            asideName, std::regex(R"(com\.orsavelt\.Marzipel\.plist\.corrupt-\d{8}T\d{6}Z)")))
-            << asideName;
-        EXPECT_EQ(readFile(aside[0].string()), bad);
-        EXPECT_EQ(readPropertyListFile(badPath),
-                  PlistValue(PlistDictionary{{"debugLoggingEnabled", true},
-                                             {"welcomeScreenShown", true}}));
-
-        ASSERT_EQ(badLog.entries.size(), 1u);
-        EXPECT_TRUE(badLog.entries[0].starts_with("com.orsavelt/MarzipelApp: "));
-        EXPECT_NE(badLog.entries[0].find(badPath), std::string::npos);
-        EXPECT_NE(badLog.entries[0].find(aside[0].string()), std::string::npos);
+            names[1], std::regex(R"(com\.orsavelt\.Marzipel\.plist\.corrupt-\d{8}T\d{6}Z)")))
+            << names[1];
+        const std::string aside = folder.file("config/marzipel/" + names[1]);
+        EXPECT_EQ(readFile(aside), bad);
+        EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"debugLoggingEnabled", true},
+                                                             {"welcomeScreenShown", true}}));
+        ASSERT_EQ(log.entries.size(), 1u);
+        EXPECT_TRUE(log.entries[0].starts_with("com.orsavelt/MarzipelApp: "));
+        EXPECT_NE(log.entries[0].find(path), std::string::npos);
+        EXPECT_NE(log.entries[0].find(aside), std::string::npos);
     }
 }
 
@@ -133,26 +109,24 @@ TEST_F(PlistFilePreferencesStoreTest, MovingAsideNeverReplacesAnEarlierFile) {
     EXPECT_FALSE(error.empty());
 }
 
-TEST_F(PlistFilePreferencesStoreTest, FailedSaveIsLoggedAndTheValueStaysInMemory) {
-    writeFile(folder.file("config"), "a file where the folder should be");
-    PlistFilePreferencesStore store(path, log);
-    store.setObject("debugLoggingEnabled", true);
-    EXPECT_EQ(store.object("debugLoggingEnabled"), PlistValue(true));
-    ASSERT_EQ(log.entries.size(), 1u);
-    EXPECT_TRUE(log.entries[0].starts_with(
-        "com.orsavelt/MarzipelApp: Could not save preferences to " + path))
-        << log.entries[0];
-}
-
-TEST_F(PlistFilePreferencesStoreTest, ValueTooDeepToReadBackIsNotSaved) {
+TEST_F(PlistFilePreferencesStoreTest, WhatCannotBeSavedIsLoggedAndStaysInMemory) {
     PlistFilePreferencesStore store(path, log);
     store.setObject("welcomeScreenShown", true);
     PlistValue deep = PlistArray{};
     for (int i = 0; i < 300; ++i) deep = PlistArray{deep};
     store.setObject("deep", deep);
-    ASSERT_EQ(log.entries.size(), 1u);
-    EXPECT_TRUE(log.entries[0].ends_with("too large or too deeply nested to be read back"));
     EXPECT_EQ(fileContents(), PlistValue(PlistDictionary{{"welcomeScreenShown", true}}));
+    store.removeObject("deep");
+
+    fs::remove_all(folder.file("config"));
+    writeFile(folder.file("config"), "a file where the folder should be");
+    store.setObject("debugLoggingEnabled", true);
+    EXPECT_EQ(store.object("debugLoggingEnabled"), PlistValue(true));
+    ASSERT_EQ(log.entries.size(), 2u);
+    EXPECT_TRUE(log.entries[0].ends_with("too large or too deeply nested to be read back"));
+    EXPECT_TRUE(log.entries[1].starts_with(
+        "com.orsavelt/MarzipelApp: Could not save preferences to " + path))
+        << log.entries[1];
 }
 
 TEST_F(PlistFilePreferencesStoreTest, SaveReplacesTheTargetOfALinkAndKeepsTheLink) {
@@ -222,13 +196,11 @@ TEST(PreferencesPathTest, FollowsXdgConfigHomeUnlessUnsetEmptyOrRelative) {
     ScopedEnv home("HOME", "/home/ada");
     ScopedEnv config("XDG_CONFIG_HOME", "/srv/config");
     EXPECT_EQ(defaultPreferencesPath(), "/srv/config/marzipel/com.orsavelt.Marzipel.plist");
-    for (const char* ignored : {"", "relative/config"}) {
+    for (const auto& ignored : {std::optional<std::string>(""), {"relative/config"}, {}}) {
         config.set(ignored);
         EXPECT_EQ(defaultPreferencesPath(),
                   "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
     }
-    config.set(std::nullopt);
-    EXPECT_EQ(defaultPreferencesPath(), "/home/ada/.config/marzipel/com.orsavelt.Marzipel.plist");
     EXPECT_EQ(preferencesPathForHome("/tmp/h"),
               "/tmp/h/.config/marzipel/com.orsavelt.Marzipel.plist");
 }

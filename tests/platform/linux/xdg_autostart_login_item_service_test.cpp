@@ -19,26 +19,22 @@ protected:
     XdgAutostartLoginItemService service{"/opt/Marzipel/bin/marzipel", temp.path().string()};
 };
 
-TEST_F(XdgAutostartLoginItemServiceTest, OnlyAnEntryThatWouldStartCountsAsEnabled) {
+TEST_F(XdgAutostartLoginItemServiceTest,
+       OnlyAnEntryThatWouldStartIsEnabledAndRegisteringWritesOne) {
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
-
     const std::string plain = "[Desktop Entry]\nType=Application\nName=Marzipel\nExec=marzipel\n";
     const std::pair<std::string, LoginItemStatus> cases[] = {
         {plain, LoginItemStatus::enabled},
         {plain + "X-GNOME-Autostart-enabled=true\nHidden=false\n", LoginItemStatus::enabled},
-        {plain + "Hidden=true\n", LoginItemStatus::notRegistered},
         {plain + "X-GNOME-Autostart-enabled=false\n", LoginItemStatus::notRegistered},
         {"Exec=marzipel\n", LoginItemStatus::notRegistered},
         {"[Other]\nExec=marzipel\n", LoginItemStatus::notRegistered},
+        {plain + "Hidden=true\n", LoginItemStatus::notRegistered},
     };
     for (const auto& [contents, status] : cases) {
         writeFile(entry, contents);
         EXPECT_EQ(service.status(), status) << contents;
     }
-}
-
-TEST_F(XdgAutostartLoginItemServiceTest, RegisteringWritesAnEntryThatUnregisteringRemoves) {
-    writeFile(entry, "[Desktop Entry]\nHidden=true\n");
     ASSERT_TRUE(service.registerItem().succeeded);
     EXPECT_EQ(service.status(), LoginItemStatus::enabled);
 
@@ -60,7 +56,7 @@ TEST_F(XdgAutostartLoginItemServiceTest, RegisteringWritesAnEntryThatUnregisteri
     EXPECT_TRUE(service.unregisterItem().succeeded);
 }
 
-TEST_F(XdgAutostartLoginItemServiceTest, TheProgramPathIsQuotedForTheExecLine) {
+TEST_F(XdgAutostartLoginItemServiceTest, ProgramPathsAreQuotedOrRefusedWithTheReason) {
     XdgAutostartLoginItemService odd("/home/ann/my apps/\"Mar$zi`pel\\100%", temp.path().string());
     ASSERT_TRUE(odd.registerItem().succeeded);
     KeyFile file;
@@ -68,17 +64,14 @@ TEST_F(XdgAutostartLoginItemServiceTest, TheProgramPathIsQuotedForTheExecLine) {
     EXPECT_EQ(file.string("Desktop Entry", "Exec"),
               "\"/home/ann/my apps/\\\"Mar\\$zi\\`pel\\\\100%%\"");
 
-    XdgAutostartLoginItemService invalid("/opt/\xff/marzipel", temp.path().string());
-    LoginItemResult result = invalid.registerItem();
+    LoginItemResult result =
+        XdgAutostartLoginItemService("/opt/\xff/marzipel", temp.path().string()).registerItem();
     EXPECT_FALSE(result.succeeded);
     EXPECT_NE(result.errorText.find("UTF-8"), std::string::npos);
-}
 
-TEST_F(XdgAutostartLoginItemServiceTest, RefusedChangesGiveTheSystemsReason) {
     const std::string notAFolder = temp / "config-file";
     writeFile(notAFolder, "");
-    XdgAutostartLoginItemService blocked("/usr/bin/marzipel", notAFolder);
-    LoginItemResult result = blocked.registerItem();
+    result = XdgAutostartLoginItemService("/usr/bin/marzipel", notAFolder).registerItem();
     EXPECT_FALSE(result.succeeded);
     EXPECT_NE(result.errorText.find(notAFolder), std::string::npos) << result.errorText;
 

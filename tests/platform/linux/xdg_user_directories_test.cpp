@@ -7,38 +7,29 @@
 namespace marzipel {
 namespace {
 
-class XdgUserDirectoriesTest : public ::testing::Test {
-protected:
-    std::optional<std::string> documentsWith(std::string_view userDirs) {
-        writeFile(folder.file(".config/user-dirs.dirs"), userDirs);
-        return XdgUserDirectories(home).documentsDirectory();
-    }
-
+// Only an entry that is a path from the home or the root counts; without one the documents are
+// in the home.
+TEST(XdgUserDirectoriesTest, ReadsTheDocumentsEntryAsTheShellWould) {
     TempFolder folder;
-    std::string home = folder.path().string();
-};
-
-TEST_F(XdgUserDirectoriesTest, ReadsTheDocumentsEntryAsTheShellWould) {
-    EXPECT_EQ(documentsWith("# written by xdg-user-dirs-update\n"
-                            "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n"
-                            "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n"
-                            "XDG_MUSIC_DIR=\"$HOME/Musik\"\n"),
-              home + "/Dokumente");
-    EXPECT_EQ(documentsWith("XDG_DOCUMENTS_DIR=\"/srv/docs\"\n"), "/srv/docs");
-    EXPECT_EQ(documentsWith("  XDG_DOCUMENTS_DIR=\"${HOME}/My \\\"Papers\\\"/\""),
-              home + "/My \"Papers\"");
-    EXPECT_EQ(documentsWith("XDG_DOCUMENTS_DIR=\"$HOME/\"\n"), home);
-    EXPECT_EQ(documentsWith("XDG_DOCUMENTS_DIR=\"$HOME/Old\"\nXDG_DOCUMENTS_DIR=\"$HOME/New\"\n"),
-              home + "/New");
-}
-
-TEST_F(XdgUserDirectoriesTest, WithoutAnEntryThatIsAPathFromHomeOrRootTheyAreInTheHome) {
+    const std::string home = folder.path().string();
     EXPECT_EQ(XdgUserDirectories(home).documentsDirectory(), home + "/Documents");
-    for (std::string_view text :
-         {"XDG_DOCUMENTS_DIR=\"Documents2\"\n", "XDG_DOCUMENTS_DIR=\"$HOMEWORK/x\"\n",
-          "XDG_DOCUMENTS_DIR=\"$HOME/unterminated\n", "# XDG_DOCUMENTS_DIR=\"/srv/commented\"\n",
-          "XDG_DOCUMENTS_DIRECTORY=\"/srv/other\"\n"}) {
-        EXPECT_EQ(documentsWith(text), home + "/Documents") << text;
+    const std::pair<std::string_view, std::string> cases[] = {
+        {"# written by xdg-user-dirs-update\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n"
+         "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\nXDG_MUSIC_DIR=\"$HOME/Musik\"\n",
+         home + "/Dokumente"},
+        {"XDG_DOCUMENTS_DIR=\"/srv/docs\"\n", "/srv/docs"},
+        {"  XDG_DOCUMENTS_DIR=\"${HOME}/My \\\"Papers\\\"/\"", home + "/My \"Papers\""},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", home},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/Old\"\nXDG_DOCUMENTS_DIR=\"$HOME/New\"\n", home + "/New"},
+        {"XDG_DOCUMENTS_DIR=\"Documents2\"\n", home + "/Documents"},
+        {"XDG_DOCUMENTS_DIR=\"$HOMEWORK/x\"\n", home + "/Documents"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/unterminated\n", home + "/Documents"},
+        {"# XDG_DOCUMENTS_DIR=\"/srv/commented\"\n", home + "/Documents"},
+        {"XDG_DOCUMENTS_DIRECTORY=\"/srv/other\"\n", home + "/Documents"},
+    };
+    for (const auto& [text, expected] : cases) {
+        writeFile(folder.file(".config/user-dirs.dirs"), text);
+        EXPECT_EQ(XdgUserDirectories(home).documentsDirectory(), expected) << text;
     }
 }
 

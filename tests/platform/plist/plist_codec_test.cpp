@@ -27,6 +27,14 @@ std::string binaryOf(plist_t node) {
     return std::string(bytes.get(), length);
 }
 
+/// The binary form that libplist writes for the property list in `xml`.
+std::string binaryOfXml(const std::string& xml) {
+    plist_t raw = nullptr;
+    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &raw);
+    PlistNode node(raw);
+    return node ? binaryOf(node.get()) : "";
+}
+
 /// Every kind, with the awkward values of each.
 PlistValue everyKind() {
     return PlistDictionary{
@@ -36,6 +44,7 @@ PlistValue everyKind() {
         {"min", std::numeric_limits<std::int64_t>::min()},
         {"max", std::numeric_limits<std::int64_t>::max()},
         {"tenth", 0.1},
+        {"third", 1.0 / 3},
         {"tiny", -2.5e-300},
         {"text", "Grüße <&> \"quoted\" 'x' ]]> \t tab"},
         {"", ""},
@@ -54,11 +63,7 @@ TEST(PlistCodecTest, EveryKindRoundTripsThroughXmlAndBinary) {
     EXPECT_TRUE(xml.starts_with("<?xml")) << xml;
     EXPECT_EQ(parse(xml), value);
 
-    plist_t raw = nullptr;
-    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &raw);
-    PlistNode node(raw);
-    ASSERT_TRUE(node);
-    const std::string binary = binaryOf(node.get());
+    const std::string binary = binaryOfXml(xml);
     ASSERT_TRUE(binary.starts_with("bplist00"));
     EXPECT_EQ(parse(binary), value);
 
@@ -93,9 +98,7 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
     const std::string keys = binaryOf(dictionary.get());
     ASSERT_TRUE(parse(keys));
     std::string asciiNul = keys;
-    asciiNul[asciiNul.find("\x52"
-                           "ab") +
-             2] = '\0';
+    asciiNul[asciiNul.find("\122ab") + 2] = '\0';  // \122: an ASCII string of two
     std::string utf16Nul = keys;
     const std::size_t utf16 = utf16Nul.find(std::string("\x63\x00\xE9\x00t", 5));
     ASSERT_NE(utf16, std::string::npos);
@@ -133,12 +136,9 @@ TEST(PlistCodecTest, RefusesIntegersOutsideTheSignedRangeRatherThanWrappingThem)
     EXPECT_EQ(parse(integer("-9223372036854775809")), std::nullopt);
     EXPECT_EQ(parse(integer("99999999999999999999999")), std::nullopt);
 
-    const std::string huge = integer("18446744073709551615");
-    plist_t raw = nullptr;
-    plist_from_xml(huge.data(), static_cast<std::uint32_t>(huge.size()), &raw);
-    PlistNode node(raw);
-    ASSERT_TRUE(node);
-    EXPECT_EQ(parse(binaryOf(node.get())), std::nullopt);
+    const std::string huge = binaryOfXml(integer("18446744073709551615"));
+    ASSERT_TRUE(huge.starts_with("bplist00"));
+    EXPECT_EQ(parse(huge), std::nullopt);
 }
 
 std::string nestedXml(std::size_t depth, std::string_view between = "") {
