@@ -7,22 +7,8 @@
 #include <stdexcept>
 
 namespace marzipel {
-namespace {
 
 namespace fs = std::filesystem;
-
-/// The Wayland display socket Sway made in `runtime`: "wayland-N", beside its lock file.
-std::string displaySocket(const fs::path& runtime) {
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(runtime, error)) {
-        const std::string name = entry.path().filename().string();
-        if (name.starts_with("wayland-") && !name.ends_with(".lock") && entry.is_socket(error))
-            return entry.path().string();
-    }
-    return {};
-}
-
-}  // namespace
 
 SwaySession::SwaySession() {
     const bool root = getuid() == 0;
@@ -31,8 +17,10 @@ SwaySession::SwaySession() {
     makeRuntimeFolder(runtime, root ? std::optional<uid_t>(65534) : std::nullopt);
     // The clients keep a runtime folder of their own user.
     makeRuntimeFolder(folder_.path() / "client-runtime");
-    // Sway makes its IPC socket where SWAYSOCK says when nothing is there yet.
+    // Sway makes its IPC socket where SWAYSOCK says when nothing is there yet, and its display
+    // the first free "wayland-N", in a fresh folder the first of all.
     ipcSocket_ = (runtime / "sway-ipc.sock").string();
+    display_ = (runtime / "wayland-1").string();
     writeFile(folder_ / "config", "xwayland disable\n");
     std::vector<std::string> command{SWAY_PROGRAM, "-c", folder_ / "config"};
     if (root)
@@ -43,9 +31,8 @@ SwaySession::SwaySession() {
                  "WLR_BACKENDS=headless", "WLR_LIBINPUT_NO_DEVICES=1", "WLR_RENDERER=pixman",
                  "WAYLAND_DISPLAY=", "SWAYSOCK=" + ipcSocket_, "DISPLAY="},
                 [&] {
-                    display_ = displaySocket(runtime);
                     std::error_code error;
-                    return !display_.empty() && fs::is_socket(ipcSocket_, error);
+                    return fs::is_socket(display_, error) && fs::is_socket(ipcSocket_, error);
                 });
 }
 
