@@ -1,16 +1,73 @@
+// The Sway source against a headless Sway of the test's own; the test's own Qt windows are the
+// applications.
 #include "platform/linux/sway_window_source.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 
-#include "integration/sway/sway_session.h"
 #include "integration/wayland/reported_windows_wait.h"
 #include "platform/sim/sim_basics.h"
+#include "support/compositor_session.h"
 #include "support/fake_desktop_entries.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
+
+namespace fs = std::filesystem;
+
+/// A headless Sway in a fresh runtime folder, run as nobody when the test runs as root (Sway
+/// refuses root), with its Wayland display and IPC socket ready; throws when they are not.
+struct SwaySession {
+    SwaySession() {
+        const bool root = getuid() == 0;
+        const fs::path runtime = folder.path() / "runtime";
+        makeRuntimeFolder(runtime, root ? std::optional<uid_t>(65534) : std::nullopt);
+        // The clients keep a runtime folder of their own user.
+        makeRuntimeFolder(folder.path() / "client-runtime");
+        // Sway makes its IPC socket where SWAYSOCK says when nothing is there yet, and its
+        // display the first free "wayland-N", in a fresh folder the first of all.
+        ipcSocket = (runtime / "sway-ipc.sock").string();
+        display = (runtime / "wayland-1").string();
+        writeFile(folder / "config", "xwayland disable\n");
+        std::vector<std::string> command{SWAY_PROGRAM, "-c", folder / "config"};
+        if (root)
+            command.insert(command.begin(),
+                           {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+        startServer(sway, command,
+                    {"XDG_RUNTIME_DIR=" + runtime.string(), "HOME=" + folder.path().string(),
+                     "WLR_BACKENDS=headless", "WLR_LIBINPUT_NO_DEVICES=1", "WLR_RENDERER=pixman",
+                     "WAYLAND_DISPLAY=", "SWAYSOCK=" + ipcSocket, "DISPLAY="},
+                    [&] {
+                        std::error_code error;
+                        return fs::is_socket(display, error) && fs::is_socket(ipcSocket, error);
+                    });
+    }
+
+    Child startWindow(const std::string& appId) const {
+        return startTestWindow(appId,
+                               waylandClientEnvironment(folder.path() / "client-runtime", display));
+    }
+
+    /// Runs one Sway command through swaymsg, as a user would; throws when it fails.
+    void command(const std::string& text) const {
+        Child swaymsg({"swaymsg", "-s", ipcSocket, text});
+        siginfo_t info{};
+        const bool ended = waitUntil([&] { return !swaymsg.running(); }, 5s) &&
+                           waitid(P_PID, swaymsg.pid(), &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+        if (!ended || info.si_code != CLD_EXITED || info.si_status != 0)
+            throw std::runtime_error("swaymsg failed: " + text);
+    }
+
+    TempFolder folder;
+    std::string display;
+    std::string ipcSocket;
+    Child sway;
+};
 
 TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwayEnds) {
     SwaySession session;
@@ -20,7 +77,7 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwa
     SimSystemLog log;
     ReportedWindows windows{entries};
     SwayWindowSource source{windows, log};
-    source.start(session.ipcSocket());
+    source.start(session.ipcSocket);
 
     Child player = session.startWindow("org.example.Player");
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
@@ -58,7 +115,8 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwa
     EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), player.pid()}));
 
     EXPECT_TRUE(log.entries.empty());
-    session.stop();
+    // Sway goes away under the source.
+    session.sway.stop();
     EXPECT_TRUE(waitForFocus(windows, 0));
     EXPECT_TRUE(waitForRunning(windows, {}));
     ASSERT_EQ(log.entries.size(), 1u);
