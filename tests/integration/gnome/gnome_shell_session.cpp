@@ -1,6 +1,5 @@
 #include "integration/gnome/gnome_shell_session.h"
 
-#include <gio/gio.h>
 #include <gtest/gtest.h>
 
 #include <QDBusArgument>
@@ -26,14 +25,6 @@ QDBusMessage callExtensions(const QString& method) {
 bool overviewShown() {
     const auto shown = dbus::property(QDBusConnection::sessionBus(), kShell, "OverviewActive");
     return shown && shown->toBool();
-}
-
-void switchOnInUsersKeys() {
-    GSettings* settings = g_settings_new("org.gnome.shell");
-    const char* const enabled[] = {kGnomeShellExtensionUuid, nullptr};
-    g_settings_set_strv(settings, "enabled-extensions", enabled);
-    g_settings_sync();
-    g_object_unref(settings);
 }
 
 /// Whether the user's keys, as last written, name the extension under `key` of the shell's.
@@ -65,7 +56,6 @@ GnomeShellSession::GnomeShellSession() {
     std::filesystem::copy(GNOME_SHELL_EXTENSION, extension,
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::overwrite_existing);
-    switchOnInUsersKeys();
     makeRuntimeFolder(scratch("home/runtime"));
     logind_ = std::make_unique<MockService>("logind", "org.freedesktop.login1", true);
     startServer(
@@ -74,7 +64,8 @@ GnomeShellSession::GnomeShellSession() {
          kWaylandDisplay, "--virtual-monitor", "1280x800"},
         {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + scratch("data"),
          "HOME=" + scratch("home")},
-        [&] { return extensionState() == 1; }, 30s);
+        [&] { return extensionState() != 0; }, 30s);
+    if (!switchExtension(true)) throw std::runtime_error("the extension stayed off");
     leaveOverview();
 }
 

@@ -59,8 +59,6 @@ TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsO
     ASSERT_TRUE(processEventsUntil([&] { return !log.entries.empty(); }));
     EXPECT_NE(log.entries[0].find("Refused a window report from :"), std::string::npos);
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
-    EXPECT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return !windows.isOnActiveSpace(); }));
-    EXPECT_TRUE(signalUntil(player.pid(), SIGUSR2, [&] { return windows.isOnActiveSpace(); }));
 
     // The shell has no desktop entry for this one: it names such windows "window:N".
     Child other = gnomeShell().startWindow("marzipel-test-unlisted");

@@ -102,10 +102,6 @@ TEST(KWinWindowSourceTest, TakesKWinsSoundReportsUntilItLeavesAndRefusesOthersWi
     kill(viewer.pid(), SIGUSR1);
     ASSERT_TRUE(waitForFocus(windows, viewer.pid(), true));
     EXPECT_EQ(toldFullScreen, 2);
-    kill(viewer.pid(), SIGUSR2);
-    EXPECT_TRUE(waitForFocus(windows, viewer.pid()));
-    kill(viewer.pid(), SIGUSR1);
-    EXPECT_TRUE(waitForFocus(windows, viewer.pid(), true));
     // The full-screen window closes: focus goes back to the player.
     viewer.stop();
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
