@@ -40,7 +40,6 @@ int main(int argc, char* argv[]) {
     if (pipe(signalPipe) != 0) return 1;
     for (const int signal : {SIGUSR1, SIGUSR2}) std::signal(signal, forward);
     TestWindow window;
-    window.setWindowTitle(QStringLiteral("Marzipel test window"));
     window.resize(320, 200);
     QSocketNotifier notifier(signalPipe[0], QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&window] {
