@@ -75,10 +75,7 @@ GnomeShellSession::~GnomeShellSession() {
 }
 
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {
-    std::vector<std::string> result =
-        waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
-    result.push_back("XDG_DATA_HOME=" + scratch("data"));
-    return result;
+    return waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
 }
 
 std::string GnomeShellSession::displayVariable() const {
