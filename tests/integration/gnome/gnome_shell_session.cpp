@@ -4,6 +4,7 @@
 
 #include <QDBusArgument>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 
 #include "platform/linux/dbus_call.h"
@@ -57,7 +58,6 @@ GnomeShellSession::GnomeShellSession() {
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::overwrite_existing);
     makeRuntimeFolder(scratch("home/runtime"));
-    logind_ = std::make_unique<MockService>("logind", "org.freedesktop.login1", true);
     startServer(
         shell_,
         {GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
@@ -67,11 +67,6 @@ GnomeShellSession::GnomeShellSession() {
         [&] { return extensionState() != 0; }, 30s);
     if (!switchExtension(true)) throw std::runtime_error("the extension stayed off");
     leaveOverview();
-}
-
-GnomeShellSession::~GnomeShellSession() {
-    shell_.stop();
-    logind_.reset();
 }
 
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,6 @@ inline constexpr char kListedApp[] = "marzipel-test-player";
 class GnomeShellSession {
 public:
     GnomeShellSession();
-    ~GnomeShellSession();
 
     /// What a Wayland client of this shell needs in its environment ("NAME=value").
     std::vector<std::string> clientEnvironment() const;
@@ -35,7 +33,7 @@ public:
     bool switchExtension(bool on) const;
 
 private:
-    std::unique_ptr<MockService> logind_;
+    MockService logind_{"logind", "org.freedesktop.login1", true};
     Child shell_;
 };
 
