@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -22,8 +23,7 @@ void forward(int signal) {
 class TestWindow : public QWidget {
 protected:
     void paintEvent(QPaintEvent*) override {
-        if (painted_) return;
-        painted_ = true;
+        if (std::exchange(painted_, true)) return;
         std::puts("ready");
         std::fflush(stdout);
     }
