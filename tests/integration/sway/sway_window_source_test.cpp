@@ -77,9 +77,9 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwa
     SimSystemLog log;
     ReportedWindows windows{entries};
     SwayWindowSource source{windows, log};
-    source.start(session.ipcSocket);
-
+    // A window focused before the source starts is read from Sway's tree.
     Child player = session.startWindow("org.example.Player");
+    source.start(session.ipcSocket);
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
     Child viewer = session.startWindow("viewer-app");
     EXPECT_TRUE(waitForFocus(windows, viewer.pid()));
