@@ -23,9 +23,7 @@ void startServer(Child& server, const std::vector<std::string>& argv,
     if (processEventsUntil([&] { return !server.running() || ready(); }, timeout) &&
         server.running())
         return;
-    std::string command;
-    for (const std::string& argument : argv) command += argument + " ";
-    throw std::runtime_error(command + "did not come up");
+    throw std::runtime_error(argv.front() + " did not come up");
 }
 
 std::vector<std::string> waylandClientEnvironment(const std::filesystem::path& runtime,

@@ -1,6 +1,6 @@
 // A window for the compositor tests: it names its application by the first argument (the
 // Wayland app id), says "ready" once first painted, goes full screen on SIGUSR1 and back on
-// SIGUSR2, and ends on SIGTERM.
+// SIGUSR2.
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -22,8 +23,7 @@ void forward(int signal) {
 class TestWindow : public QWidget {
 protected:
     void paintEvent(QPaintEvent*) override {
-        if (painted_) return;
-        painted_ = true;
+        if (std::exchange(painted_, true)) return;
         std::puts("ready");
         std::fflush(stdout);
     }
@@ -38,9 +38,8 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     if (argc > 1) QGuiApplication::setDesktopFileName(QString::fromLocal8Bit(argv[1]));
     if (pipe(signalPipe) != 0) return 1;
-    for (const int signal : {SIGUSR1, SIGUSR2, SIGTERM}) std::signal(signal, forward);
+    for (const int signal : {SIGUSR1, SIGUSR2}) std::signal(signal, forward);
     TestWindow window;
-    window.setWindowTitle(QStringLiteral("Marzipel test window"));
     window.resize(320, 200);
     QSocketNotifier notifier(signalPipe[0], QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&window] {
@@ -48,7 +47,6 @@ int main(int argc, char* argv[]) {
         if (read(signalPipe[0], &signal, 1) != 1) return;
         if (signal == SIGUSR1) window.showFullScreen();
         if (signal == SIGUSR2) window.showNormal();
-        if (signal == SIGTERM) QApplication::quit();
     });
     window.show();
     return QApplication::exec();

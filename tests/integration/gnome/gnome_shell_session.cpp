@@ -1,12 +1,10 @@
 #include "integration/gnome/gnome_shell_session.h"
 
-#include <gio/gio.h>
 #include <gtest/gtest.h>
 
 #include <QDBusArgument>
-#include <QDBusObjectPath>
-#include <cstring>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 
 #include "platform/linux/dbus_call.h"
@@ -30,73 +28,54 @@ bool overviewShown() {
     return shown && shown->toBool();
 }
 
-void switchOnInUsersKeys() {
-    GSettings* settings = g_settings_new("org.gnome.shell");
-    const char* const enabled[] = {kGnomeShellExtensionUuid, nullptr};
-    g_settings_set_strv(settings, "enabled-extensions", enabled);
-    g_settings_sync();
-    g_object_unref(settings);
-}
-
 /// Whether the user's keys, as last written, name the extension under `key` of the shell's.
-bool namedInUsersKeys(const char* key) {
-    GKeyFile* keys = g_key_file_new();
-    gchar* value =
-        g_key_file_load_from_file(keys, scratch("config/glib-2.0/settings/keyfile").c_str(),
-                                  G_KEY_FILE_NONE, nullptr)
-            ? g_key_file_get_value(keys, "org/gnome/shell", key, nullptr)
-            : nullptr;
-    const bool named = value && std::strstr(value, kGnomeShellExtensionUuid);
-    g_free(value);
-    g_key_file_free(keys);
-    return named;
+bool namedInUsersKeys(const std::string& key) {
+    const std::string keys = readFile(scratch("config/glib-2.0/settings/keyfile"));
+    const std::size_t line = keys.find("\n" + key + "=");
+    return line != std::string::npos &&
+           keys.substr(line, keys.find('\n', line + 1) - line).find(kGnomeShellExtensionUuid) !=
+               std::string::npos;
 }
 
-void install(const std::filesystem::path& extension, const std::filesystem::path& dataHome) {
-    const auto target = dataHome / "gnome-shell/extensions" / extension.filename();
-    std::filesystem::create_directories(target);
-    std::filesystem::copy(extension, target,
-                          std::filesystem::copy_options::recursive |
-                              std::filesystem::copy_options::overwrite_existing);
+/// The shell starts in the overview, where no window gets focus; it is shown once the start-up
+/// animation has run.
+void leaveOverview() {
+    if (!waitUntil(overviewShown)) throw std::runtime_error("the overview did not show");
+    dbus::setProperty(QDBusConnection::sessionBus(), kShell, "OverviewActive", false);
+    if (!waitUntil([] { return !overviewShown(); }))
+        throw std::runtime_error("the overview stayed");
 }
 
 }  // namespace
 
-GnomeShellSession::GnomeShellSession(const std::vector<std::string>& desktopEntryIds) {
-    for (const std::string& id : desktopEntryIds)
-        writeFile(dataHome() + "/applications/" + id + ".desktop",
-                  "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=true\n");
-    install(GNOME_SHELL_EXTENSION, dataHome());
-    switchOnInUsersKeys();
+GnomeShellSession::GnomeShellSession() {
+    writeFile(scratch("data/applications/") + kListedApp + ".desktop",
+              "[Desktop Entry]\nType=Application\nName=Test Player\nExec=true\n");
+    const std::string extension =
+        scratch("data/gnome-shell/extensions/") + kGnomeShellExtensionUuid;
+    std::filesystem::create_directories(extension);
+    std::filesystem::copy(GNOME_SHELL_EXTENSION, extension,
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::overwrite_existing);
     makeRuntimeFolder(scratch("home/runtime"));
-    logind_ = std::make_unique<MockService>("logind", "org.freedesktop.login1", true);
     startServer(
         shell_,
         {GNOME_SHELL_PROGRAM, "--headless", "--wayland", "--no-x11", "--wayland-display",
          kWaylandDisplay, "--virtual-monitor", "1280x800"},
-        {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + dataHome(),
+        {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + scratch("data"),
          "HOME=" + scratch("home")},
-        [&] { return extensionState() == 1; }, 30s);
+        [&] { return extensionState() != 0; }, 30s);
+    if (!switchExtension(true)) throw std::runtime_error("the extension stayed off");
     leaveOverview();
 }
 
-GnomeShellSession::~GnomeShellSession() {
-    shell_.stop();
-    logind_.reset();
-}
-
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {
-    std::vector<std::string> result =
-        waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
-    result.push_back("XDG_DATA_HOME=" + dataHome());
-    return result;
+    return waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
 }
 
 std::string GnomeShellSession::displayVariable() const {
     return std::string("WAYLAND_DISPLAY=") + kWaylandDisplay;
 }
-
-std::string GnomeShellSession::dataHome() const { return scratch("data"); }
 
 Child GnomeShellSession::startWindow(const std::string& appId) const {
     return startTestWindow(appId, clientEnvironment(), 20s);
@@ -125,8 +104,7 @@ class Environment final : public ::testing::Environment {
 public:
     void SetUp() override {
         try {
-            session = std::make_unique<GnomeShellSession>(
-                std::vector<std::string>{kListedApp, kOtherListedApp});
+            session = std::make_unique<GnomeShellSession>();
         } catch (const std::exception& error) {
             GTEST_FAIL() << error.what();
         }
@@ -141,25 +119,5 @@ const auto* const environment = ::testing::AddGlobalTestEnvironment(new Environm
 }  // namespace
 
 GnomeShellSession& gnomeShell() { return *Environment::session; }
-
-/// The shell starts in the overview, where no window gets focus; a user leaves it with Escape,
-/// here typed through Mutter's remote desktop.
-void GnomeShellSession::leaveOverview() const {
-    // It is shown once the start-up animation has run.
-    if (!waitUntil(overviewShown)) throw std::runtime_error("the overview did not show");
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    const QString service = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
-    const auto created = dbus::firstResult(
-        dbus::call(bus, {service, "/org/gnome/Mutter/RemoteDesktop", service}, "CreateSession"));
-    const dbus::Address session{service, created ? created->value<QDBusObjectPath>().path() : "",
-                                service + ".Session"};
-    constexpr unsigned kEscape = 1;  // evdev KEY_ESC
-    dbus::call(bus, session, "Start");
-    for (const bool pressed : {true, false})
-        dbus::call(bus, session, "NotifyKeyboardKeycode", {kEscape, pressed});
-    const bool left = waitUntil([] { return !overviewShown(); });
-    dbus::call(bus, session, "Stop");
-    if (!left) throw std::runtime_error("the overview stayed");
-}
 
 }  // namespace marzipel::dbustest

@@ -1,135 +1,126 @@
+// The Sway source against a headless Sway of the test's own; the test's own Qt windows are the
+// applications.
 #include "platform/linux/sway_window_source.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 
-#include "integration/sway/sway_session.h"
-#include "platform/linux/reported_windows.h"
+#include "integration/wayland/reported_windows_wait.h"
 #include "platform/sim/sim_basics.h"
-#include "support/event_loop_wait.h"
+#include "support/compositor_session.h"
 #include "support/fake_desktop_entries.h"
+#include "support/temp_folder.h"
 
 namespace marzipel {
 namespace {
 
-/// What the windows answered inside their change handler.
-struct Post {
-    std::int32_t frontmost = 0;
-    std::optional<std::string> frontmostId;
-    bool onActiveSpace = true;
+namespace fs = std::filesystem;
+
+/// A headless Sway in a fresh runtime folder, run as nobody when the test runs as root (Sway
+/// refuses root), with its Wayland display and IPC socket ready; throws when they are not.
+struct SwaySession {
+    SwaySession() {
+        const bool root = getuid() == 0;
+        const fs::path runtime = folder.path() / "runtime";
+        makeRuntimeFolder(runtime, root ? std::optional<uid_t>(65534) : std::nullopt);
+        // The clients keep a runtime folder of their own user.
+        makeRuntimeFolder(folder.path() / "client-runtime");
+        // Sway makes its IPC socket where SWAYSOCK says when nothing is there yet, and its
+        // display the first free "wayland-N", in a fresh folder the first of all.
+        ipcSocket = (runtime / "sway-ipc.sock").string();
+        display = (runtime / "wayland-1").string();
+        writeFile(folder / "config", "xwayland disable\n");
+        std::vector<std::string> command{SWAY_PROGRAM, "-c", folder / "config"};
+        if (root)
+            command.insert(command.begin(),
+                           {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+        startServer(sway, command,
+                    {"XDG_RUNTIME_DIR=" + runtime.string(), "HOME=" + folder.path().string(),
+                     "WLR_BACKENDS=headless", "WLR_LIBINPUT_NO_DEVICES=1", "WLR_RENDERER=pixman",
+                     "WAYLAND_DISPLAY=", "SWAYSOCK=" + ipcSocket, "DISPLAY="},
+                    [&] {
+                        std::error_code error;
+                        return fs::is_socket(display, error) && fs::is_socket(ipcSocket, error);
+                    });
+    }
+
+    Child startWindow(const std::string& appId) const {
+        return startTestWindow(appId,
+                               waylandClientEnvironment(folder.path() / "client-runtime", display));
+    }
+
+    /// Runs one Sway command through swaymsg, as a user would; throws when it fails.
+    void command(const std::string& text) const {
+        Child swaymsg({"swaymsg", "-s", ipcSocket, text});
+        siginfo_t info{};
+        const bool ended = waitUntil([&] { return !swaymsg.running(); }, 5s) &&
+                           waitid(P_PID, swaymsg.pid(), &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+        if (!ended || info.si_code != CLD_EXITED || info.si_status != 0)
+            throw std::runtime_error("swaymsg failed: " + text);
+    }
+
+    TempFolder folder;
+    std::string display;
+    std::string ipcSocket;
+    Child sway;
 };
 
-class SwayWindowSourceTest : public ::testing::Test {
-protected:
-    SwayWindowSourceTest() {
-        entries.add("org.example.Player", "Example Player");
-        entries.add("org.example.Viewer", "Viewer", "viewer-app");
-        windows.setActiveSpaceChangedHandler([this] {
-            const auto app = windows.frontmostApplication();
-            posts.push_back({app ? app->processId : 0, app ? app->bundleIdentifier : std::nullopt,
-                             windows.isOnActiveSpace()});
-        });
-        source.start(session.ipcSocket());
-    }
-
-    /// Waits for a post made after the last call, with `frontmost` in front; one change may
-    /// bring more than one.
-    ::testing::AssertionResult posted(pid_t frontmost, bool onActiveSpace) {
-        const auto matches = [&](const Post& post) {
-            return post.frontmost == frontmost && post.onActiveSpace == onActiveSpace;
-        };
-        processEventsUntil([&] { return std::any_of(posts.begin() + seen, posts.end(), matches); });
-        const auto found = std::find_if(posts.begin() + seen, posts.end(), matches);
-        if (found == posts.end())
-            return ::testing::AssertionFailure() << "no post with " << frontmost << " in front and "
-                                                 << "isOnActiveSpace() " << onActiveSpace;
-        matched = *found;
-        seen = posts.size();
-        return ::testing::AssertionSuccess();
-    }
-
-    /// Waits until the running applications are the processes `expected`, in this order.
-    ::testing::AssertionResult running(const std::vector<std::int32_t>& expected) {
-        std::vector<std::int32_t> processes;
-        const auto listed = [&] {
-            processes.clear();
-            for (const auto& app : windows.runningApplications())
-                processes.push_back(app.processId);
-            return processes == expected;
-        };
-        if (processEventsUntil(listed)) return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << processes.size() << " other applications running";
-    }
-
+TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwayEnds) {
     SwaySession session;
     FakeDesktopEntries entries;
+    entries.add("org.example.Player", "Example Player");
+    entries.add("org.example.Viewer", "Viewer", "viewer-app");
     SimSystemLog log;
     ReportedWindows windows{entries};
     SwayWindowSource source{windows, log};
-    std::vector<Post> posts;
-    std::ptrdiff_t seen = 0;
-    /// The post `posted` found last.
-    Post matched;
-};
-
-TEST_F(SwayWindowSourceTest, FollowsFocusAndFullScreenUntilSwayEnds) {
-    EXPECT_TRUE(posted(0, true));
+    // A window focused before the source starts is read from Sway's tree.
     Child player = session.startWindow("org.example.Player");
-    EXPECT_TRUE(posted(player.pid(), true));
+    source.start(session.ipcSocket);
+    EXPECT_TRUE(waitForFocus(windows, player.pid()));
     Child viewer = session.startWindow("viewer-app");
-    EXPECT_TRUE(posted(viewer.pid(), true));
-    EXPECT_EQ(matched.frontmostId, "org.example.Viewer");
-    EXPECT_TRUE(running({player.pid(), viewer.pid()}));
+    EXPECT_TRUE(waitForFocus(windows, viewer.pid()));
+    EXPECT_EQ(windows.frontmostApplication()->bundleIdentifier, "org.example.Viewer");
+    EXPECT_TRUE(waitForRunning(windows, {player.pid(), viewer.pid()}));
 
     session.command("[app_id=org.example.Player] focus");
-    EXPECT_TRUE(posted(player.pid(), true));
-    EXPECT_EQ(matched.frontmostId, "org.example.Player");
+    EXPECT_TRUE(waitForFocus(windows, player.pid()));
+    EXPECT_EQ(windows.frontmostApplication()->bundleIdentifier, "org.example.Player");
     session.command("[app_id=org.example.Player] fullscreen enable");
-    EXPECT_TRUE(posted(player.pid(), false));
+    EXPECT_TRUE(waitForFocus(windows, player.pid(), true));
     session.command("[app_id=org.example.Player] fullscreen disable");
-    EXPECT_TRUE(posted(player.pid(), true));
+    EXPECT_TRUE(waitForFocus(windows, player.pid()));
     // The client asks for itself.
     kill(player.pid(), SIGUSR1);
-    EXPECT_TRUE(posted(player.pid(), false));
+    EXPECT_TRUE(waitForFocus(windows, player.pid(), true));
 
-    player.stop();
-    EXPECT_TRUE(posted(viewer.pid(), true));
-    EXPECT_TRUE(running({viewer.pid()}));
-
-    session.command("[app_id=viewer-app] fullscreen enable");
-    EXPECT_TRUE(posted(viewer.pid(), false));
-    EXPECT_TRUE(log.entries.empty());
-    session.stop();
-    EXPECT_TRUE(posted(0, true));
-    EXPECT_TRUE(running({}));
-    ASSERT_EQ(log.entries.size(), 1u);
-    EXPECT_NE(log.entries[0].find("Sway"), std::string::npos) << log.entries[0];
-}
-
-TEST_F(SwayWindowSourceTest, ListsScratchpadWindowsAndFollowsWorkspaces) {
-    Child player = session.startWindow("org.example.Player");
-    Child viewer = session.startWindow("viewer-app");
-    EXPECT_TRUE(posted(viewer.pid(), true));
-
-    session.command("[app_id=viewer-app] move scratchpad");
-    EXPECT_TRUE(posted(player.pid(), true));
     // The scratchpad comes first in Sway's tree.
-    EXPECT_TRUE(running({viewer.pid(), player.pid()}));
-
-    session.command("[app_id=org.example.Player] fullscreen enable");
-    EXPECT_TRUE(posted(player.pid(), false));
+    session.command("[app_id=viewer-app] move scratchpad");
+    EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), player.pid()}));
     session.command("workspace 2");
-    EXPECT_TRUE(posted(0, true));
+    EXPECT_TRUE(waitForFocus(windows, 0));
     Child other = session.startWindow("org.example.Other");
-    EXPECT_TRUE(posted(other.pid(), true));
+    EXPECT_TRUE(waitForFocus(windows, other.pid()));
     session.command("[app_id=org.example.Other] fullscreen enable");
-    EXPECT_TRUE(posted(other.pid(), false));
+    EXPECT_TRUE(waitForFocus(windows, other.pid(), true));
     for (const pid_t window : {player.pid(), other.pid(), player.pid()}) {
         session.command(window == player.pid() ? "workspace 1" : "workspace 2");
-        EXPECT_TRUE(posted(window, false));
+        EXPECT_TRUE(waitForFocus(windows, window, true));
     }
+    // A window closing out of sight.
+    other.stop();
+    EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), player.pid()}));
+
     EXPECT_TRUE(log.entries.empty());
+    // Sway goes away under the source.
+    session.sway.stop();
+    EXPECT_TRUE(waitForFocus(windows, 0));
+    EXPECT_TRUE(waitForRunning(windows, {}));
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_NE(log.entries[0].find("Sway"), std::string::npos) << log.entries[0];
 }
 
 }  // namespace

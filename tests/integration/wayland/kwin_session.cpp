@@ -1,7 +1,7 @@
 #include "integration/wayland/kwin_session.h"
 
+#include <QTime>
 #include <csignal>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -23,16 +23,6 @@ bool scriptingUp() {
                .type() == QDBusMessage::ReplyMessage;
 }
 
-/// The local time `hours` from now as KWin's "hhmm".
-std::string kwinTimeFromNow(int hours) {
-    const std::time_t then = std::time(nullptr) + hours * 3600;
-    std::tm local{};
-    localtime_r(&then, &local);
-    char text[8];
-    std::strftime(text, sizeof text, "%H%M", &local);
-    return text;
-}
-
 }  // namespace
 
 KWinSession::KWinSession() {
@@ -46,9 +36,11 @@ KWinSession::KWinSession() {
     // Fixed hours (mode 2) from an hour ago to an hour from now: a filter on a schedule, which
     // Marzipel hands back after full screen ("Constant" would count as switched on by hand).
     std::filesystem::create_directories(config);
+    const QTime now = QTime::currentTime();
     std::ofstream(std::filesystem::path(config) / "kwinrc")
         << "[NightColor]\nActive=true\nMode=2\nNightTemperature=3500\nEveningBeginFixed="
-        << kwinTimeFromNow(-1) << "\nMorningBeginFixed=" << kwinTimeFromNow(1) << "\n";
+        << now.addSecs(-3600).toString("hhmm").toStdString()
+        << "\nMorningBeginFixed=" << now.addSecs(3600).toString("hhmm").toStdString() << "\n";
     ensureRunning();
 }
 
