@@ -1,63 +1,27 @@
 #include "x_session.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <stdexcept>
 
 namespace marzipel {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-int millisecondsUntil(Clock::time_point deadline) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
-}
-
-bool hasProperty(const X11Connection& x, xcb_window_t window, xcb_atom_t name) {
-    xcb_generic_error_t* error = nullptr;
-    XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        x.get(), xcb_get_property(x.get(), 0, window, name, XCB_ATOM_ANY, 0, 0), &error));
-    std::free(error);
-    return reply && reply->type != XCB_ATOM_NONE;
+void expect(const std::function<bool()>& condition, const std::string& what) {
+    if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
 }  // namespace
 
 XClient::XClient(const std::string& display) : x_(display) {
     if (!x_.isOpen()) throw std::runtime_error("cannot connect to " + display);
-    x_.selectEvents(x_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
-    xcb_flush(x_.get());
-}
-
-bool XClient::waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-    const auto deadline = Clock::now() + timeout;
-    for (;;) {
-        if (condition()) return true;
-        bool readSome = false;
-        while (XcbPtr<xcb_generic_event_t>(xcb_poll_for_event(x_.get()))) readSome = true;
-        if (readSome) continue;
-        const int left = millisecondsUntil(deadline);
-        if (left == 0 || !x_.isOpen()) return false;
-        pollfd entry{xcb_get_file_descriptor(x_.get()), POLLIN, 0};
-        poll(&entry, 1, left);
-    }
-}
-
-void XClient::expect(const std::function<bool()>& condition, const std::string& what) {
-    if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
 xcb_window_t XClient::createWindow(const TestWindow& shape) {
     xcb_connection_t* c = x_.get();
     const auto& atoms = x_.ewmh();
     const xcb_window_t window = xcb_generate_id(c);
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(c, XCB_COPY_FROM_PARENT, window, x_.root(), 0, 0, 200, 150, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                      &mask);
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     const auto setAtoms = [&](xcb_atom_t property, xcb_atom_t type,
                               const std::vector<std::uint32_t>& values) {
         xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, 32,
@@ -141,16 +105,14 @@ XSession::XSession() {
     // next one arrives. So ask it something until it answers: from then on it is listening.
     const auto& x = client_->x();
     const xcb_window_t probe = xcb_generate_id(x.get());
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, probe, x.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                      &mask);
-    const auto answered = [&] { return hasProperty(x, probe, x.ewmh()._NET_FRAME_EXTENTS); };
-    const auto startDeadline = Clock::now() + 10s;
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     bool ready = false;
-    while (!ready && Clock::now() < startDeadline) {
+    for (int attempt = 0; attempt < 50 && !ready; ++attempt) {
         client_->askWindowManager(probe, x.ewmh()._NET_REQUEST_FRAME_EXTENTS, {});
-        ready = client_->waitUntil(answered, 200ms);
+        ready = waitUntil(
+            [&] { return !x.items(probe, x.ewmh()._NET_FRAME_EXTENTS, XCB_ATOM_CARDINAL).empty(); },
+            200ms);
     }
     xcb_destroy_window(x.get(), probe);
     xcb_flush(x.get());

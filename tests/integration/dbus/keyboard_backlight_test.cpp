@@ -3,16 +3,14 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <cmath>
 #include <filesystem>
 #include <limits>
 #include <memory>
 
 #include "mock_service.h"
 #include "platform/linux/keyboard_backlight.h"
-#include "platform/linux/linux_brightness_service.h"
+#include "private_bus.h"
 #include "support/temp_folder.h"
-#include "test_world.h"
 
 namespace marzipel::dbustest {
 namespace {
@@ -47,28 +45,6 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
     EXPECT_FLOAT_EQ(fractionOfLevel(2, 0), 0.0f);
 }
 
-// Levels both ways through UPower are also run by the program test, on the keyboard it dims.
-TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
-    auto upower = startUPower(4, 4);
-    SimSystemLog log;
-    TempFolder noLeds;
-    LinuxBrightnessServiceFactory factory(log, noLeds.path());
-    auto service = factory.create();
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 1.0f);
-    upower->stop();
-
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
-    service->setBrightness(0.25f, 1);
-    ASSERT_EQ(log.entries.size(), 2u);
-    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
-
-    // Back with other hardware: the maximum known before is not trusted.
-    upower = startUPower(8, 1);
-    service->setBrightness(0.75f, 1);
-    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
-}
-
 /// A level change that does not pass through the adapters, as another program's would.
 void setLevelElsewhere(int level) {
     QDBusMessage message = QDBusMessage::createMethodCall(
@@ -77,7 +53,8 @@ void setLevelElsewhere(int level) {
     ASSERT_EQ(QDBusConnection::systemBus().call(message).type(), QDBusMessage::ReplyMessage);
 }
 
-TEST(UPowerKeyboard, LevelReadAheadIsTakenOnceAndOnlyInTheSameTurn) {
+// Levels both ways through UPower are also run by the program test, on the keyboard it dims.
+TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogged) {
     auto upower = startUPower(3, 2);
     SimSystemLog log;
     TempFolder noLeds;
@@ -91,16 +68,25 @@ TEST(UPowerKeyboard, LevelReadAheadIsTakenOnceAndOnlyInTheSameTurn) {
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f / 3) << "asked again";
     EXPECT_EQ(upower->calls(kKbdPath, "GetBrightness").size(), 2u)
         << "both clients wanted the level, but it was read ahead once";
-
     factory.readAhead();
     QCoreApplication::processEvents();
     setLevelElsewhere(0);
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f) << "the turn has ended";
-
     factory.readAhead();
     writer->setBrightness(1.0f, 1);
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f) << "a later call may change it";
     EXPECT_TRUE(log.entries.empty());
+
+    upower->stop();
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f);
+    writer->setBrightness(0.25f, 1);
+    ASSERT_EQ(log.entries.size(), 2u);
+    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
+    // Back with other hardware: the maximum known before is not trusted.
+    upower = startUPower(8, 1);
+    writer->setBrightness(0.75f, 1);
+    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.75f);
 }
 
 TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {

@@ -5,32 +5,16 @@
 
 #include "mock_service.h"
 #include "support/event_loop_wait.h"
-#include "test_world.h"
 
 namespace marzipel::dbustest {
 namespace {
 
 const QString kKWin = QStringLiteral("org.kde.KWin");
 const QString kPlasma6Path = QStringLiteral("/org/kde/KWin/NightLight");
-const QString kPlasma5Path = QStringLiteral("/ColorCorrect");
 
 /// Unix seconds of today's local `hour`:`minute`.
 qint64 todayAt(int hour, int minute) {
     return QDateTime(QDate::currentDate(), QTime(hour, minute)).toSecsSinceEpoch();
-}
-
-TEST(NoBlueLightService, ReadsZeroSendsNothingAndTakesUpAServiceThatComesLater) {
-    SimSystemLog log;
-    auto service = createWithoutKeyboard(log);
-    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
-    service->setEnabled(false);
-
-    MockService kwin("kwin_night_color", kKWin, false, R"({"plasma": 6, "cookie": 7})");
-    EXPECT_TRUE(kwin.calls(kPlasma6Path, "inhibit").empty());
-    ASSERT_TRUE(processEventsUntil([&] { return service->getBlueLightStatus().enabled; }));
-    service->setEnabled(false);
-    EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 1u);
-    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
@@ -60,50 +44,42 @@ TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
     EXPECT_TRUE(log.entries.empty());
 }
 
-TEST(KWinNightColor, HoldsOneInhibitionAndGivesBackItsCookie) {
-    MockService kwin("kwin_night_color", kKWin, false, R"({"plasma": 6, "cookie": 41})");
+// Inhibiting the real KWin of Plasma 5 is run end to end by the KWin program test.
+TEST(KWinNightColor, TakenUpWhenItComesLaterHoldsOneInhibitionAndOutlivesKWin) {
     SimSystemLog log;
     auto service = createWithoutKeyboard(log);
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+    service->setEnabled(false);
+    auto kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
+                                              R"({"plasma": 6, "cookie": 41})");
+    EXPECT_TRUE(kwin->calls(kPlasma6Path, "inhibit").empty());
+    ASSERT_TRUE(processEventsUntil([&] { return service->getBlueLightStatus().enabled; }));
 
     service->setEnabled(false);
     service->setEnabled(false);
     service->setMode(0);
-    EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 1u);
-    EXPECT_TRUE(kwin.calls(kPlasma6Path, "uninhibit").empty());
-
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 1u);
+    EXPECT_TRUE(kwin->calls(kPlasma6Path, "uninhibit").empty());
     service->setMode(1);
     service->setEnabled(true);
-    const auto given = kwin.calls(kPlasma6Path, "uninhibit");
+    const auto given = kwin->calls(kPlasma6Path, "uninhibit");
     ASSERT_EQ(given.size(), 1u);
     EXPECT_EQ(given[0].at(0).toUInt(), 41u);
-
-    service->setEnabled(false);
-    service->setEnabled(true);
-    EXPECT_EQ(kwin.calls(kPlasma6Path, "inhibit").size(), 2u);
-    EXPECT_EQ(kwin.calls(kPlasma6Path, "uninhibit").size(), 2u);
     EXPECT_TRUE(log.entries.empty());
-}
 
-TEST(KWinNightColor, Plasma5VanishingWhileInhibitedIsSurvived) {
-    auto kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
-                                              R"({"plasma": 5, "cookie": 3})");
-    SimSystemLog log;
-    auto service = createWithoutKeyboard(log);
     service->setEnabled(false);
-    ASSERT_EQ(kwin->calls(kPlasma5Path, "inhibit").size(), 1u);
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 2u);
     kwin->stop();
-
     EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
     service->setEnabled(true);
     EXPECT_EQ(log.entries.size(), 2u);
-
+    // The cookie of the KWin that went away is not handed to the next one.
     kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
-                                         R"({"plasma": 5, "cookie": 9})");
+                                         R"({"plasma": 6, "cookie": 9})");
     service->setEnabled(false);
     service->setEnabled(true);
-    const auto given = kwin->calls(kPlasma5Path, "uninhibit");
-    ASSERT_EQ(given.size(), 1u);
-    EXPECT_EQ(given[0].at(0).toUInt(), 9u);
+    ASSERT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 1u);
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "uninhibit"), std::vector<QVariantList>{{9u}});
 }
 
 }  // namespace
