@@ -22,24 +22,21 @@ xcb_window_t XClient::createWindow(const TestWindow& shape) {
     const xcb_window_t window = xcb_generate_id(c);
     xcb_create_window(c, XCB_COPY_FROM_PARENT, window, x_.root(), 0, 0, 200, 150, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    const auto setAtoms = [&](xcb_atom_t property, xcb_atom_t type,
-                              const std::vector<std::uint32_t>& values) {
-        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, 32,
-                            static_cast<std::uint32_t>(values.size()), values.data());
+    const auto set = [&](xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
+                         std::size_t length, const void* data) {
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, format,
+                            static_cast<std::uint32_t>(length), data);
     };
-    if (shape.processId) setAtoms(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, {*shape.processId});
     const std::string wmClass = shape.instance + '\0' + shape.className + '\0';
-    xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(wmClass.size()), wmClass.data());
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, wmClass.size(), wmClass.data());
+    if (shape.processId) set(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, 32, 1, &*shape.processId);
     if (shape.gtkApplicationId)
-        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, x_.gtkApplicationIdAtom(),
-                            atoms.UTF8_STRING, 8,
-                            static_cast<std::uint32_t>(shape.gtkApplicationId->size()),
-                            shape.gtkApplicationId->data());
+        set(x_.gtkApplicationIdAtom(), atoms.UTF8_STRING, 8, shape.gtkApplicationId->size(),
+            shape.gtkApplicationId->data());
     if (shape.skipTaskbar)
-        setAtoms(atoms._NET_WM_STATE, XCB_ATOM_ATOM, {atoms._NET_WM_STATE_SKIP_TASKBAR});
+        set(atoms._NET_WM_STATE, XCB_ATOM_ATOM, 32, 1, &atoms._NET_WM_STATE_SKIP_TASKBAR);
     if (shape.utility)
-        setAtoms(atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, {atoms._NET_WM_WINDOW_TYPE_UTILITY});
+        set(atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, 32, 1, &atoms._NET_WM_WINDOW_TYPE_UTILITY);
     xcb_map_window(c, window);
     xcb_flush(c);
     expect(
