@@ -29,11 +29,10 @@ std::multiset<std::int32_t> holders(const PowerAssertionsReply& reply) {
 
 /// Takes a logind inhibitor lock, held while the returned descriptor lives.
 QDBusUnixFileDescriptor inhibit(const QString& what, const QString& who) {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
-                                       "org.freedesktop.login1.Manager", "Inhibit");
-    message.setArguments({what, who, "testing", "block"});
-    const QDBusMessage reply = QDBusConnection::systemBus().call(message, QDBus::Block, 5000);
+    const dbus::Address logind{"org.freedesktop.login1", "/org/freedesktop/login1",
+                               "org.freedesktop.login1.Manager"};
+    const QDBusMessage reply = dbus::call(QDBusConnection::systemBus(), logind, "Inhibit",
+                                          {what, who, "testing", "block"});
     return reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
 }
 
