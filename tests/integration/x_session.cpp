@@ -10,6 +10,22 @@ void expect(const std::function<bool()>& condition, const std::string& what) {
     if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
+/// Sends the window manager a client message about `window`.
+void askWindowManager(const X11Connection& x, xcb_window_t window, xcb_atom_t type,
+                      std::vector<std::uint32_t> data) {
+    data.resize(5);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::copy(data.begin(), data.end(), message.data.data32);
+    xcb_send_event(x.get(), 0, x.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(x.get());
+}
+
 }  // namespace
 
 XClient::XClient(const std::string& display) : x_(display) {
@@ -48,31 +64,16 @@ xcb_window_t XClient::createWindow(const TestWindow& shape) {
     return window;
 }
 
-void XClient::askWindowManager(xcb_window_t window, xcb_atom_t type,
-                               std::vector<std::uint32_t> data) const {
-    data.resize(5);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = type;
-    std::copy(data.begin(), data.end(), message.data.data32);
-    xcb_send_event(x_.get(), 0, x_.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(x_.get());
-}
-
 // Source indication 2: a pager, whose requests the window manager does not second-guess.
 void XClient::activate(xcb_window_t window) {
-    askWindowManager(window, x_.ewmh()._NET_ACTIVE_WINDOW, {2, XCB_CURRENT_TIME});
+    askWindowManager(x_, window, x_.ewmh()._NET_ACTIVE_WINDOW, {2, XCB_CURRENT_TIME});
     expect([&] { return x_.activeWindow() == window; },
            "window " + std::to_string(window) + " is active");
 }
 
 void XClient::setFullScreen(xcb_window_t window, bool fullScreen) {
     const auto& atoms = x_.ewmh();
-    askWindowManager(window, atoms._NET_WM_STATE,
+    askWindowManager(x_, window, atoms._NET_WM_STATE,
                      {fullScreen ? 1u : 0u, atoms._NET_WM_STATE_FULLSCREEN, 0, 2});
     expect([&] { return x_.hasState(window, atoms._NET_WM_STATE_FULLSCREEN) == fullScreen; },
            "window " + std::to_string(window) + " has full screen " + (fullScreen ? "on" : "off"));
@@ -80,7 +81,7 @@ void XClient::setFullScreen(xcb_window_t window, bool fullScreen) {
 
 void XClient::switchToDesktop(std::uint32_t desktop) {
     const auto& atoms = x_.ewmh();
-    askWindowManager(x_.root(), atoms._NET_CURRENT_DESKTOP, {desktop, XCB_CURRENT_TIME});
+    askWindowManager(x_, x_.root(), atoms._NET_CURRENT_DESKTOP, {desktop, XCB_CURRENT_TIME});
     expect(
         [&] {
             const auto current = x_.items(x_.root(), atoms._NET_CURRENT_DESKTOP, XCB_ATOM_CARDINAL);
@@ -106,7 +107,7 @@ XSession::XSession() {
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     bool ready = false;
     for (int attempt = 0; attempt < 50 && !ready; ++attempt) {
-        client_->askWindowManager(probe, x.ewmh()._NET_REQUEST_FRAME_EXTENTS, {});
+        askWindowManager(x, probe, x.ewmh()._NET_REQUEST_FRAME_EXTENTS, {});
         ready = waitUntil(
             [&] { return !x.items(probe, x.ewmh()._NET_FRAME_EXTENTS, XCB_ATOM_CARDINAL).empty(); },
             200ms);

@@ -34,9 +34,6 @@ public:
     void activate(xcb_window_t window);
     void setFullScreen(xcb_window_t window, bool fullScreen);
     void switchToDesktop(std::uint32_t desktop);
-    /// Sends the window manager a client message about `window`.
-    void askWindowManager(xcb_window_t window, xcb_atom_t type,
-                          std::vector<std::uint32_t> data) const;
 
 private:
     X11Connection x_;
