@@ -9,11 +9,21 @@
 
 #include "gnome_color.h"
 #include "mock_service.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::dbustest {
 namespace {
+
+/// A client pair as the program makes it, on a machine without a keyboard backlight; the line
+/// that says so is dropped from `log`.
+std::unique_ptr<BrightnessService> createWithoutKeyboard(SimSystemLog& log) {
+    auto service = LinuxBrightnessServiceFactory(log, scratchFolder() / "no-leds").create();
+    log.entries.clear();
+    return service;
+}
 
 TEST(NightLightScheduleKeys, FractionalHoursBecomeTimesOfDay) {
     using Time = BlueLightStatus::Time;

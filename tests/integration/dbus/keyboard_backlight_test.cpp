@@ -9,7 +9,8 @@
 
 #include "mock_service.h"
 #include "platform/linux/keyboard_backlight.h"
-#include "private_bus.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "platform/sim/sim_basics.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::dbustest {

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <string>
 
-#include "platform/linux/linux_brightness_service.h"
-#include "platform/sim/sim_basics.h"
 #include "support/child_process.h"
 
 namespace marzipel::dbustest {
@@ -16,14 +13,6 @@ const std::filesystem::path& scratchFolder();
 /// A path under the scratch folder.
 inline std::string scratch(const std::string& relative) {
     return (scratchFolder() / relative).string();
-}
-
-/// A client pair as the program makes it, on a machine without a keyboard backlight; the line
-/// that says so is dropped from `log`.
-inline std::unique_ptr<BrightnessService> createWithoutKeyboard(SimSystemLog& log) {
-    auto service = LinuxBrightnessServiceFactory(log, scratchFolder() / "no-leds").create();
-    log.entries.clear();
-    return service;
 }
 
 }  // namespace marzipel::dbustest
