@@ -49,7 +49,8 @@ protected:
     X11Workspace workspace{entries, session.display(), proc.path().string()};
 };
 
-TEST_F(X11WorkspaceTest, FindsEachApplicationsEntryInOrderOfTrust) {
+TEST_F(X11WorkspaceTest, FindsEachApplicationsEntryInOrderOfTrustAndOneEntryPerProcess) {
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
     entries.add("org.gnome.Totem", "Videos");
     entries.add("vlc", "VLC (system)");
     entries.add("org.videolan.VLC", "VLC media player");
@@ -76,12 +77,23 @@ TEST_F(X11WorkspaceTest, FindsEachApplicationsEntryInOrderOfTrust) {
     writeProcFile(kSnapMpv, "cgroup",
                   "0::/user.slice/user-1000.slice/user@1000.service/app.slice/"
                   "snap.mpv.mpv-0f4d2c8e-3b1a-4c5d-9e6f-7a8b9c0d1e2f.scope\n");
-    client.createWindow({.processId = kSnapMpv, .instance = "mpv", .className = "mpv"});
+    const auto player =
+        client.createWindow({.processId = kSnapMpv, .instance = "mpv", .className = "mpv"});
     client.createWindow(
         {.processId = kFirefox, .instance = "Navigator", .className = "firefox-esr"});
     client.createWindow({.processId = kSmplayer, .instance = "smplayer", .className = "Smplayer"});
     client.createWindow(
         {.processId = kUnknown, .instance = "ghostplayer", .className = "GhostPlayer"});
+    // Windows that stay out of the taskbar: a process with none in it is an accessory, and one
+    // that shows a taskbar window later is named after that.
+    client.createWindow({.processId = kTrayHelper, .skipTaskbar = true});
+    client.createWindow(
+        {.processId = kSnapMpv, .instance = "mpv", .className = "mpv", .skipTaskbar = true});
+    client.createWindow({.processId = kPalette, .utility = true});
+    client.createWindow({.processId = kPalette, .skipTaskbar = true});
+    client.createWindow({.instance = "nopid", .className = "NoPid"});
+    const auto late = client.createWindow(
+        {.processId = kTrayHelper, .instance = "helper", .className = "Helper"});
 
     std::vector<Summary> running;
     for (const auto& app : workspace.runningApplications()) running.push_back(summary(app));
@@ -96,50 +108,23 @@ TEST_F(X11WorkspaceTest, FindsEachApplicationsEntryInOrderOfTrust) {
         {kFirefox, "firefox-esr", "Firefox ESR", entryPath("firefox-esr"), regular},
         {kSmplayer, "org.example.Smplayer", "SMPlayer", entryPath("org.example.Smplayer"), regular},
         {kUnknown, std::nullopt, "GhostPlayer", std::nullopt, regular},
+        {kTrayHelper, std::nullopt, "Helper", std::nullopt, regular},
+        {kPalette, std::nullopt, "TestWindow", std::nullopt, ActivationPolicy::accessory},
     };
     EXPECT_EQ(running, expected);
-}
-
-TEST_F(X11WorkspaceTest, ListsOneEntryPerProcessWithItsPolicy) {
-    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
-    entries.add("io.mpv.Mpv", "mpv Media Player", "mpv");
-    const auto player =
-        client.createWindow({.processId = kSnapMpv, .instance = "mpv", .className = "mpv"});
-    client.createWindow({.processId = kTrayHelper, .skipTaskbar = true});
-    client.createWindow(
-        {.processId = kSnapMpv, .instance = "mpv", .className = "mpv", .skipTaskbar = true});
-    client.createWindow({.processId = kPalette, .utility = true});
-    client.createWindow({.processId = kPalette, .skipTaskbar = true});
-    client.createWindow({.instance = "nopid", .className = "NoPid"});
-    const auto late = client.createWindow(
-        {.processId = kTrayHelper, .instance = "helper", .className = "Helper"});
-
-    std::vector<std::pair<std::int32_t, ActivationPolicy>> running;
-    for (const auto& app : workspace.runningApplications())
-        running.emplace_back(app.processId, app.activationPolicy);
-    const decltype(running) expected{{kSnapMpv, ActivationPolicy::regular},
-                                     {kTrayHelper, ActivationPolicy::regular},
-                                     {kPalette, ActivationPolicy::accessory}};
-    EXPECT_EQ(running, expected);
-
-    const auto palette = workspace.runningApplication(kPalette);
-    ASSERT_TRUE(palette);
-    EXPECT_EQ(palette->activationPolicy, ActivationPolicy::accessory);
     const auto helper = workspace.runningApplication(kTrayHelper);
     ASSERT_TRUE(helper);
     EXPECT_EQ(helper->localizedName, "Helper") << "named after its taskbar window";
-    EXPECT_EQ(workspace.runningApplication(kUnknown), std::nullopt);
+    EXPECT_EQ(workspace.runningApplication(kPalette + 1), std::nullopt) << "no window";
 
     client.activate(player);
     auto front = workspace.frontmostApplication();
     ASSERT_TRUE(front);
-    EXPECT_EQ(summary(*front), Summary(kSnapMpv, "io.mpv.Mpv", "mpv Media Player",
-                                       entryPath("io.mpv.Mpv"), ActivationPolicy::regular));
+    EXPECT_EQ(summary(*front), expected[3]);
     client.activate(late);
     front = workspace.frontmostApplication();
     ASSERT_TRUE(front);
-    EXPECT_EQ(front->processId, kTrayHelper);
-    EXPECT_EQ(front->localizedName, "Helper");
+    EXPECT_EQ(summary(*front), expected[7]);
 }
 
 TEST_F(X11WorkspaceTest, AnswerReadAheadServesTheRestOfTheTurn) {

@@ -1,81 +1,58 @@
 #include "x_session.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <stdexcept>
 
 namespace marzipel {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-int millisecondsUntil(Clock::time_point deadline) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left.count(), 0));
+void expect(const std::function<bool()>& condition, const std::string& what) {
+    if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
-bool hasProperty(const X11Connection& x, xcb_window_t window, xcb_atom_t name) {
-    xcb_generic_error_t* error = nullptr;
-    XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        x.get(), xcb_get_property(x.get(), 0, window, name, XCB_ATOM_ANY, 0, 0), &error));
-    std::free(error);
-    return reply && reply->type != XCB_ATOM_NONE;
+/// Sends the window manager a client message about `window`.
+void askWindowManager(const X11Connection& x, xcb_window_t window, xcb_atom_t type,
+                      std::vector<std::uint32_t> data) {
+    data.resize(5);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::copy(data.begin(), data.end(), message.data.data32);
+    xcb_send_event(x.get(), 0, x.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(x.get());
 }
 
 }  // namespace
 
 XClient::XClient(const std::string& display) : x_(display) {
     if (!x_.isOpen()) throw std::runtime_error("cannot connect to " + display);
-    x_.selectEvents(x_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
-    xcb_flush(x_.get());
-}
-
-bool XClient::waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-    const auto deadline = Clock::now() + timeout;
-    for (;;) {
-        if (condition()) return true;
-        bool readSome = false;
-        while (XcbPtr<xcb_generic_event_t>(xcb_poll_for_event(x_.get()))) readSome = true;
-        if (readSome) continue;
-        const int left = millisecondsUntil(deadline);
-        if (left == 0 || !x_.isOpen()) return false;
-        pollfd entry{xcb_get_file_descriptor(x_.get()), POLLIN, 0};
-        poll(&entry, 1, left);
-    }
-}
-
-void XClient::expect(const std::function<bool()>& condition, const std::string& what) {
-    if (!waitUntil(condition)) throw std::runtime_error("timed out waiting until " + what);
 }
 
 xcb_window_t XClient::createWindow(const TestWindow& shape) {
     xcb_connection_t* c = x_.get();
     const auto& atoms = x_.ewmh();
     const xcb_window_t window = xcb_generate_id(c);
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(c, XCB_COPY_FROM_PARENT, window, x_.root(), 0, 0, 200, 150, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                      &mask);
-    const auto setAtoms = [&](xcb_atom_t property, xcb_atom_t type,
-                              const std::vector<std::uint32_t>& values) {
-        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, 32,
-                            static_cast<std::uint32_t>(values.size()), values.data());
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto set = [&](xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
+                         std::size_t length, const void* data) {
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, format,
+                            static_cast<std::uint32_t>(length), data);
     };
-    if (shape.processId) setAtoms(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, {*shape.processId});
     const std::string wmClass = shape.instance + '\0' + shape.className + '\0';
-    xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(wmClass.size()), wmClass.data());
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, wmClass.size(), wmClass.data());
+    if (shape.processId) set(atoms._NET_WM_PID, XCB_ATOM_CARDINAL, 32, 1, &*shape.processId);
     if (shape.gtkApplicationId)
-        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, x_.gtkApplicationIdAtom(),
-                            atoms.UTF8_STRING, 8,
-                            static_cast<std::uint32_t>(shape.gtkApplicationId->size()),
-                            shape.gtkApplicationId->data());
+        set(x_.gtkApplicationIdAtom(), atoms.UTF8_STRING, 8, shape.gtkApplicationId->size(),
+            shape.gtkApplicationId->data());
     if (shape.skipTaskbar)
-        setAtoms(atoms._NET_WM_STATE, XCB_ATOM_ATOM, {atoms._NET_WM_STATE_SKIP_TASKBAR});
+        set(atoms._NET_WM_STATE, XCB_ATOM_ATOM, 32, 1, &atoms._NET_WM_STATE_SKIP_TASKBAR);
     if (shape.utility)
-        setAtoms(atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, {atoms._NET_WM_WINDOW_TYPE_UTILITY});
+        set(atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM, 32, 1, &atoms._NET_WM_WINDOW_TYPE_UTILITY);
     xcb_map_window(c, window);
     xcb_flush(c);
     expect(
@@ -87,31 +64,16 @@ xcb_window_t XClient::createWindow(const TestWindow& shape) {
     return window;
 }
 
-void XClient::askWindowManager(xcb_window_t window, xcb_atom_t type,
-                               std::vector<std::uint32_t> data) const {
-    data.resize(5);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = type;
-    std::copy(data.begin(), data.end(), message.data.data32);
-    xcb_send_event(x_.get(), 0, x_.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(x_.get());
-}
-
 // Source indication 2: a pager, whose requests the window manager does not second-guess.
 void XClient::activate(xcb_window_t window) {
-    askWindowManager(window, x_.ewmh()._NET_ACTIVE_WINDOW, {2, XCB_CURRENT_TIME});
+    askWindowManager(x_, window, x_.ewmh()._NET_ACTIVE_WINDOW, {2, XCB_CURRENT_TIME});
     expect([&] { return x_.activeWindow() == window; },
            "window " + std::to_string(window) + " is active");
 }
 
 void XClient::setFullScreen(xcb_window_t window, bool fullScreen) {
     const auto& atoms = x_.ewmh();
-    askWindowManager(window, atoms._NET_WM_STATE,
+    askWindowManager(x_, window, atoms._NET_WM_STATE,
                      {fullScreen ? 1u : 0u, atoms._NET_WM_STATE_FULLSCREEN, 0, 2});
     expect([&] { return x_.hasState(window, atoms._NET_WM_STATE_FULLSCREEN) == fullScreen; },
            "window " + std::to_string(window) + " has full screen " + (fullScreen ? "on" : "off"));
@@ -119,7 +81,7 @@ void XClient::setFullScreen(xcb_window_t window, bool fullScreen) {
 
 void XClient::switchToDesktop(std::uint32_t desktop) {
     const auto& atoms = x_.ewmh();
-    askWindowManager(x_.root(), atoms._NET_CURRENT_DESKTOP, {desktop, XCB_CURRENT_TIME});
+    askWindowManager(x_, x_.root(), atoms._NET_CURRENT_DESKTOP, {desktop, XCB_CURRENT_TIME});
     expect(
         [&] {
             const auto current = x_.items(x_.root(), atoms._NET_CURRENT_DESKTOP, XCB_ATOM_CARDINAL);
@@ -141,16 +103,14 @@ XSession::XSession() {
     // next one arrives. So ask it something until it answers: from then on it is listening.
     const auto& x = client_->x();
     const xcb_window_t probe = xcb_generate_id(x.get());
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, probe, x.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
-                      &mask);
-    const auto answered = [&] { return hasProperty(x, probe, x.ewmh()._NET_FRAME_EXTENTS); };
-    const auto startDeadline = Clock::now() + 10s;
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
     bool ready = false;
-    while (!ready && Clock::now() < startDeadline) {
-        client_->askWindowManager(probe, x.ewmh()._NET_REQUEST_FRAME_EXTENTS, {});
-        ready = client_->waitUntil(answered, 200ms);
+    for (int attempt = 0; attempt < 50 && !ready; ++attempt) {
+        askWindowManager(x, probe, x.ewmh()._NET_REQUEST_FRAME_EXTENTS, {});
+        ready = waitUntil(
+            [&] { return !x.items(probe, x.ewmh()._NET_FRAME_EXTENTS, XCB_ATOM_CARDINAL).empty(); },
+            200ms);
     }
     xcb_destroy_window(x.get(), probe);
     xcb_flush(x.get());

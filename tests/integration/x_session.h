@@ -1,8 +1,6 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,15 +34,8 @@ public:
     void activate(xcb_window_t window);
     void setFullScreen(xcb_window_t window, bool fullScreen);
     void switchToDesktop(std::uint32_t desktop);
-    /// Waits, reading this client's events, until `condition` holds.
-    bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 10s);
-    /// Sends the window manager a client message about `window`.
-    void askWindowManager(xcb_window_t window, xcb_atom_t type,
-                          std::vector<std::uint32_t> data) const;
 
 private:
-    void expect(const std::function<bool()>& condition, const std::string& what);
-
     X11Connection x_;
 };
 

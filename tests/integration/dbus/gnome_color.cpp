@@ -2,36 +2,25 @@
 
 #include <gio/gio.h>
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusVariant>
 #include <cmath>
 #include <ctime>
 
+#include "platform/linux/dbus_call.h"
 #include "support/compositor_session.h"
 
 namespace marzipel::dbustest {
 namespace {
-
-using namespace std::chrono_literals;
 
 const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
 
 }  // namespace
 
 bool colorProperty(const char* name) {
-    QDBusMessage message = QDBusMessage::createMethodCall(kColor, "/org/gnome/SettingsDaemon/Color",
-                                                          "org.freedesktop.DBus.Properties", "Get");
-    message.setArguments({kColor, QString::fromLatin1(name)});
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
-    return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+    const dbus::Address color{kColor, "/org/gnome/SettingsDaemon/Color", kColor};
+    return dbus::property(QDBusConnection::sessionBus(), color, name).value_or(false).toBool();
 }
 
-bool colorServiceUp() {
-    const auto reply = QDBusConnection::sessionBus().interface()->isServiceRegistered(kColor);
-    return reply.isValid() && reply.value();
-}
+bool colorServiceUp() { return dbus::hasOwner(QDBusConnection::sessionBus(), kColor); }
 
 double hoursFromNow(double offset) {
     const std::time_t now = std::time(nullptr);

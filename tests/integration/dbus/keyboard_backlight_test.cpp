@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <cmath>
 #include <filesystem>
 #include <limits>
 #include <memory>
@@ -11,8 +10,8 @@
 #include "mock_service.h"
 #include "platform/linux/keyboard_backlight.h"
 #include "platform/linux/linux_brightness_service.h"
+#include "platform/sim/sim_basics.h"
 #include "support/temp_folder.h"
-#include "test_world.h"
 
 namespace marzipel::dbustest {
 namespace {
@@ -47,28 +46,6 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
     EXPECT_FLOAT_EQ(fractionOfLevel(2, 0), 0.0f);
 }
 
-// Levels both ways through UPower are also run by the program test, on the keyboard it dims.
-TEST(UPowerKeyboard, VanishingAndReturningServiceIsSurvivedAndLogged) {
-    auto upower = startUPower(4, 4);
-    SimSystemLog log;
-    TempFolder noLeds;
-    LinuxBrightnessServiceFactory factory(log, noLeds.path());
-    auto service = factory.create();
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 1.0f);
-    upower->stop();
-
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
-    service->setBrightness(0.25f, 1);
-    ASSERT_EQ(log.entries.size(), 2u);
-    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
-
-    // Back with other hardware: the maximum known before is not trusted.
-    upower = startUPower(8, 1);
-    service->setBrightness(0.75f, 1);
-    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
-}
-
 /// A level change that does not pass through the adapters, as another program's would.
 void setLevelElsewhere(int level) {
     QDBusMessage message = QDBusMessage::createMethodCall(
@@ -77,7 +54,8 @@ void setLevelElsewhere(int level) {
     ASSERT_EQ(QDBusConnection::systemBus().call(message).type(), QDBusMessage::ReplyMessage);
 }
 
-TEST(UPowerKeyboard, LevelReadAheadIsTakenOnceAndOnlyInTheSameTurn) {
+// Levels both ways through UPower are also run by the program test, on the keyboard it dims.
+TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogged) {
     auto upower = startUPower(3, 2);
     SimSystemLog log;
     TempFolder noLeds;
@@ -91,42 +69,43 @@ TEST(UPowerKeyboard, LevelReadAheadIsTakenOnceAndOnlyInTheSameTurn) {
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f / 3) << "asked again";
     EXPECT_EQ(upower->calls(kKbdPath, "GetBrightness").size(), 2u)
         << "both clients wanted the level, but it was read ahead once";
-
     factory.readAhead();
     QCoreApplication::processEvents();
     setLevelElsewhere(0);
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f) << "the turn has ended";
-
     factory.readAhead();
     writer->setBrightness(1.0f, 1);
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f) << "a later call may change it";
     EXPECT_TRUE(log.entries.empty());
+
+    upower->stop();
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f);
+    writer->setBrightness(0.25f, 1);
+    ASSERT_EQ(log.entries.size(), 2u);
+    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
+    // Back with other hardware: the maximum known before is not trusted.
+    upower = startUPower(8, 1);
+    writer->setBrightness(0.75f, 1);
+    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
+    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.75f);
 }
 
-TEST(NoKeyboard, ReadsZeroWritesNothingAndSaysSoOnce) {
+TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
     SimSystemLog log;
     TempFolder leds;
     std::filesystem::create_directory(leds.path() / "input3::capslock");
-    LinuxBrightnessServiceFactory factory(log, leds.path());
-    auto first = factory.create();
-    auto second = factory.create();
-
-    ASSERT_TRUE(first && second);
-    EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
+    LinuxBrightnessServiceFactory none(log, leds.path());
+    auto first = none.create();
+    auto second = none.create();
     first->setBrightness(0.5f, 1);
-    EXPECT_FLOAT_EQ(first->brightnessForKeyboard(1), 0.0f);
+    EXPECT_FLOAT_EQ(second->brightnessForKeyboard(1), 0.0f);
     ASSERT_EQ(log.entries.size(), 1u);
     EXPECT_NE(log.entries[0].find("No keyboard backlight"), std::string::npos);
-}
+    log.entries.clear();
 
-TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
-    TempFolder leds;
     const auto led = leds.path() / "tpacpi::kbd_backlight";
-    std::filesystem::create_directories(led);
-    std::filesystem::create_directory(leds.path() / "input3::capslock");
     writeFile(led / "max_brightness", "2\n");
     writeFile(led / "brightness", "1\n");
-
     MockService logind("logind", "org.freedesktop.login1", true);
     const QString session = QStringLiteral("/org/freedesktop/login1/session/auto");
     logind.control("/org/freedesktop/login1", "AddSession",
@@ -137,7 +116,6 @@ TEST(LedKeyboard, ReadsTheLedAndWritesThroughLogindSession) {
                     QString::fromStdString("open('" + (led / "brightness").string() +
                                            "', 'w').write(str(args[2]))")});
 
-    SimSystemLog log;
     LinuxBrightnessServiceFactory factory(log, leds.path());
     auto service = factory.create();
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.5f);

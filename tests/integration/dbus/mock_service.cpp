@@ -1,21 +1,12 @@
 #include "mock_service.h"
 
 #include <QDBusArgument>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/linux/dbus_call.h"
+
 namespace marzipel::dbustest {
-namespace {
-
-const QString kMockInterface = QStringLiteral("org.freedesktop.DBus.Mock");
-
-bool owned(const QDBusConnection& bus, const QString& name) {
-    return bus.interface() && bus.interface()->isServiceRegistered(name).value();
-}
-
-}  // namespace
 
 MockService::MockService(const std::string& templateName, const QString& busName, bool systemBus,
                          const std::string& parametersJson)
@@ -24,7 +15,7 @@ MockService::MockService(const std::string& templateName, const QString& busName
     const std::string templateArgument = std::filesystem::exists(own) ? own.string() : templateName;
     process_ = Child({DBUSMOCK_PYTHON, "-m", "dbusmock", systemBus ? "--system" : "--session",
                       "--template", templateArgument, "--parameters", parametersJson});
-    if (!waitUntil([&] { return owned(bus(), name_); })) {
+    if (!waitUntil([&] { return dbus::hasOwner(bus(), name_); })) {
         throw std::runtime_error("mock " + templateName + " did not appear on the bus");
     }
 }
@@ -36,7 +27,7 @@ QDBusConnection MockService::bus() const {
 void MockService::stop() {
     if (process_.pid() <= 0) return;
     process_.stop();
-    if (!waitUntil([&] { return !owned(bus(), name_); })) {
+    if (!waitUntil([&] { return !dbus::hasOwner(bus(), name_); })) {
         throw std::runtime_error("mock name stayed on the bus");
     }
 }
@@ -60,12 +51,12 @@ std::vector<QVariantList> MockService::calls(const QString& path, const QString&
 
 QDBusMessage MockService::control(const QString& path, const QString& method,
                                   const QVariantList& arguments) const {
-    QDBusMessage message = QDBusMessage::createMethodCall(name_, path, kMockInterface, method);
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(name_, path, "org.freedesktop.DBus.Mock", method);
     message.setArguments(arguments);
     const QDBusMessage reply = bus().call(message, QDBus::Block, 5000);
     if (reply.type() != QDBusMessage::ReplyMessage) {
-        throw std::runtime_error(method.toStdString() +
-                                 " failed: " + reply.errorMessage().toStdString());
+        throw std::runtime_error(method.toStdString() + " failed: " + dbus::errorText(reply));
     }
     return reply;
 }

@@ -1,4 +1,5 @@
-'''GNOME's session manager with the "inhibitors" given: each {"flags": u, "app_id": s}.'''
+'''GNOME's session manager with the "inhibitors" given: each {"flags": u, "app_id": s}; it also
+owns the bus names in "also_own".'''
 
 BUS_NAME = 'org.gnome.SessionManager'
 MAIN_OBJ = '/org/gnome/SessionManager'
@@ -16,3 +17,5 @@ def load(mock, parameters):
         ])
         paths.append(path)
     mock.AddMethods(MAIN_IFACE, [('GetInhibitors', '', 'ao', f'ret = {paths!r}')])
+    for name in parameters.get('also_own', []):
+        mock.connection.request_name(name)

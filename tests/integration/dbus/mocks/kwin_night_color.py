@@ -1,4 +1,5 @@
-'''KWin's Night Color: Plasma 5 (/ColorCorrect) or Plasma 6 (/org/kde/KWin/NightLight).
+'''KWin's Night Color, as far as we read it: Plasma 5 (/ColorCorrect) or Plasma 6
+(/org/kde/KWin/NightLight).
 
 Parameters: plasma (5 or 6), running, mode, daylight (Plasma 6), targetTemperature,
 previous and scheduled (transition start times, Unix seconds), cookie (what inhibit returns).
@@ -19,17 +20,12 @@ def load(mock, parameters):
     else:
         path, iface, number = '/ColorCorrect', 'org.kde.kwin.ColorCorrect', dbus.Int32
     properties = {
-        'inhibited': False,
-        'enabled': True,
         'running': parameters.get('running', True),
         'available': True,
-        'currentTemperature': number(parameters.get('targetTemperature', 4500)),
         'targetTemperature': number(parameters.get('targetTemperature', 4500)),
         'mode': number(parameters.get('mode', 2)),
         'previousTransitionDateTime': dbus.UInt64(parameters.get('previous', 0)),
-        'previousTransitionDuration': dbus.UInt32(1800000),
         'scheduledTransitionDateTime': dbus.UInt64(parameters.get('scheduled', 0)),
-        'scheduledTransitionDuration': dbus.UInt32(1800000),
     }
     if plasma6:
         properties['daylight'] = parameters.get('daylight', False)

@@ -1,0 +1,166 @@
+// The blue-light clients of the brightness service: GNOME's through the real gsd-color, KWin's
+// through a stand-in of each generation.
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QTime>
+#include <filesystem>
+#include <limits>
+
+#include "gnome_color.h"
+#include "mock_service.h"
+#include "platform/linux/linux_brightness_service.h"
+#include "platform/sim/sim_basics.h"
+#include "support/event_loop_wait.h"
+#include "support/temp_folder.h"
+
+namespace marzipel::dbustest {
+namespace {
+
+/// A client pair as the program makes it, on a machine without a keyboard backlight; the line
+/// that says so is dropped from `log`.
+std::unique_ptr<BrightnessService> createWithoutKeyboard(SimSystemLog& log) {
+    auto service = LinuxBrightnessServiceFactory(log, scratchFolder() / "no-leds").create();
+    log.entries.clear();
+    return service;
+}
+
+TEST(NightLightScheduleKeys, FractionalHoursBecomeTimesOfDay) {
+    using Time = BlueLightStatus::Time;
+    EXPECT_EQ(timeOfFractionalHours(20.5), (Time{20, 30}));
+    EXPECT_EQ(timeOfFractionalHours(21.0 + 10.0 / 60), (Time{21, 10}));
+    EXPECT_EQ(timeOfFractionalHours(23.99), (Time{23, 59}));
+    EXPECT_EQ(timeOfFractionalHours(23.999), (Time{0, 0}));
+    EXPECT_EQ(timeOfFractionalHours(24.0), (Time{0, 0}));
+    EXPECT_EQ(timeOfFractionalHours(-1.0), (Time{23, 0}));
+    EXPECT_EQ(timeOfFractionalHours(std::numeric_limits<double>::quiet_NaN()), (Time{0, 0}));
+}
+
+// The real gnome-settings-daemon colour plugin, on a private X server, this program's session
+// bus and its GSettings keyfile.
+TEST(GnomeNightLight, GoesThroughDisabledUntilTomorrowFollowsTheKeysAndOutlivesTheDaemon) {
+    if (!std::filesystem::exists(GSD_COLOR_PROGRAM)) GTEST_SKIP() << "gsd-color is missing";
+    TempFolder home;
+    Child xServer, daemon;
+    const std::string display = "DISPLAY=:" + startAndReadLine(xServer, {XVFB_PROGRAM, "-displayfd",
+                                                                         "1", "-nolisten", "tcp"});
+    // On from an hour ago to an hour from now: the schedule says "on" whatever the time.
+    const double from = hoursFromNow(-1), to = hoursFromNow(1);
+    writeNightLightScheduleKeys({.enabled = true, .automatic = false, .from = from, .to = to});
+    ASSERT_TRUE(startColorDaemon(daemon, display, home.path())) << "gsd-color did not come up";
+    const auto keyfile = [] { return readFile(scratch("config/glib-2.0/settings/keyfile")); };
+    const std::string keysBefore = keyfile();
+    SimSystemLog log;
+    auto service = createWithoutKeyboard(log);
+    ASSERT_TRUE(service->hasBlueLightClient());
+    EXPECT_EQ(service->getBlueLightStatus(),
+              (BlueLightStatus{true, 2, timeOfFractionalHours(from), timeOfFractionalHours(to)}));
+
+    // Off and back on are run by the program tests; here the restore of a sunset-to-sunrise
+    // schedule: "no schedule", then the schedule again, leaving the user's keys as they were.
+    service->setEnabled(false);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_FALSE(service->getBlueLightStatus().enabled);
+    service->setMode(0);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    service->setMode(1);
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_EQ(keyfile(), keysBefore);
+    EXPECT_TRUE(log.entries.empty());
+
+    service->setEnabled(false);
+    daemon.stop();
+    ASSERT_TRUE(waitUntil([] { return !colorServiceUp(); }));
+    EXPECT_FALSE(service->getBlueLightStatus().enabled);
+    service->setEnabled(true);
+    ASSERT_EQ(log.entries.size(), 2u);
+    EXPECT_NE(log.entries[1].find("Could not switch Night Light"), std::string::npos);
+    ASSERT_TRUE(startColorDaemon(daemon, display, home.path())) << "gsd-color did not come back";
+    service->setEnabled(false);
+    EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
+    service->setEnabled(true);
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+
+    writeNightLightScheduleKeys({.enabled = true, .automatic = true, .from = 20.5, .to = 6.25});
+    EXPECT_EQ(service->getBlueLightStatus().mode, 1);
+    EXPECT_EQ(service->getBlueLightStatus().from, BlueLightStatus::Time{});
+    writeNightLightScheduleKeys({.enabled = false, .automatic = false, .from = 20.5, .to = 6.25});
+    ASSERT_TRUE(waitUntil([] { return !colorProperty("NightLightActive"); }));
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+}
+
+const QString kKWin = QStringLiteral("org.kde.KWin");
+const QString kPlasma6Path = QStringLiteral("/org/kde/KWin/NightLight");
+
+/// Unix seconds of today's local `hour`:`minute`.
+qint64 todayAt(int hour, int minute) {
+    return QDateTime(QDate::currentDate(), QTime(hour, minute)).toSecsSinceEpoch();
+}
+
+TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
+    const auto timings = [](bool daylight, qint64 previous, qint64 scheduled) {
+        return "{\"plasma\": 6, \"mode\": 2, \"daylight\": " +
+               std::string(daylight ? "true" : "false") +
+               ", \"previous\": " + std::to_string(previous) +
+               ", \"scheduled\": " + std::to_string(scheduled) + "}";
+    };
+    const std::pair<std::string, BlueLightStatus> cases[] = {
+        // Plasma 6 at night reads the custom schedule from its transition times; by day the
+        // times are the other way round.
+        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400), {true, 2, {21, 15}, {6, 45}}},
+        {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, 2, {22, 30}, {7, 0}}},
+        // Plasma 5: daytime by temperature, and its own mode numbers.
+        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, 1, {}, {}}},
+        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 0, {}, {}}},
+        {R"({"plasma": 5, "mode": 1, "running": false})", {false, 1, {}, {}}},
+    };
+    SimSystemLog log;
+    for (const auto& [parameters, expected] : cases) {
+        MockService kwin("kwin_night_color", kKWin, false, parameters);
+        auto service = createWithoutKeyboard(log);
+        ASSERT_TRUE(service->hasBlueLightClient());
+        EXPECT_EQ(service->getBlueLightStatus(), expected) << parameters;
+    }
+    EXPECT_TRUE(log.entries.empty());
+}
+
+// Inhibiting the real KWin of Plasma 5 is run end to end by the KWin program test.
+TEST(KWinNightColor, TakenUpWhenItComesLaterHoldsOneInhibitionAndOutlivesKWin) {
+    SimSystemLog log;
+    auto service = createWithoutKeyboard(log);
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+    service->setEnabled(false);
+    auto kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
+                                              R"({"plasma": 6, "cookie": 41})");
+    EXPECT_TRUE(kwin->calls(kPlasma6Path, "inhibit").empty());
+    ASSERT_TRUE(processEventsUntil([&] { return service->getBlueLightStatus().enabled; }));
+
+    service->setEnabled(false);
+    service->setEnabled(false);
+    service->setMode(0);
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 1u);
+    EXPECT_TRUE(kwin->calls(kPlasma6Path, "uninhibit").empty());
+    service->setMode(1);
+    service->setEnabled(true);
+    const auto given = kwin->calls(kPlasma6Path, "uninhibit");
+    ASSERT_EQ(given.size(), 1u);
+    EXPECT_EQ(given[0].at(0).toUInt(), 41u);
+    EXPECT_TRUE(log.entries.empty());
+
+    service->setEnabled(false);
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 2u);
+    kwin->stop();
+    EXPECT_EQ(service->getBlueLightStatus(), BlueLightStatus{});
+    service->setEnabled(true);
+    EXPECT_EQ(log.entries.size(), 2u);
+    // The cookie of the KWin that went away is not handed to the next one.
+    kwin = std::make_unique<MockService>("kwin_night_color", kKWin, false,
+                                         R"({"plasma": 6, "cookie": 9})");
+    service->setEnabled(false);
+    service->setEnabled(true);
+    ASSERT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 1u);
+    EXPECT_EQ(kwin->calls(kPlasma6Path, "uninhibit"), std::vector<QVariantList>{{9u}});
+}
+
+}  // namespace
+}  // namespace marzipel::dbustest
