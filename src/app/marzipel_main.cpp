@@ -5,7 +5,7 @@
 #include <clocale>
 #include <memory>
 
-#include "app/app_supervisor.h"
+#include "app/linux_app_supervisor.h"
 #include "app/linux_window_source.h"
 #include "core/marzipel_app.h"
 #include "detection/desktop_entry_catalog.h"

@@ -1,4 +1,4 @@
-#include "app/app_supervisor.h"
+#include "app/linux_app_supervisor.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>
