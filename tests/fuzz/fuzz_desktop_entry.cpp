@@ -1,7 +1,5 @@
-// Feeds arbitrary bytes to the desktop-entry reader as an installed entry, and to the icon lookup
-// and the id search as an icon name and an id. Whatever comes back must hold: the id from the
-// file name, names in UTF-8, icons that are existing files. GLib's critical warnings (a caller's
-// misuse) abort.
+// Arbitrary bytes as an installed desktop entry, an icon name and an id: ids come from the file
+// name, names are UTF-8, icons exist. GLib's critical warnings (a caller's misuse) abort.
 #include <glib.h>
 #include <stdlib.h>
 
@@ -13,7 +11,6 @@
 
 #include "base/utf8.h"
 #include "platform/linux/icon_theme_lookup.h"
-#include "platform/linux/key_file.h"
 #include "platform/linux/linux_desktop_entries.h"
 #include "support/temp_folder.h"
 

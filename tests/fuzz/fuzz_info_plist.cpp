@@ -1,5 +1,4 @@
-// Feeds arbitrary bytes to the Info.plist path of the bundle reader: the property-list parser,
-// then the rules that turn a bundle's dictionary into an AppItem.
+// Arbitrary bytes as a bundle's Info.plist: parsed, then turned into an AppItem.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,11 +1,11 @@
-// Feeds arbitrary bytes as stored settings to the JSON bridges of every stored record type and
-// of the sets and dictionaries built from them. Whatever is read must write back and read again
-// as the same value.
+// Arbitrary bytes as stored settings of every stored type: whatever is read must write back and
+// read again as the same value.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "platform/sim/sim_basics.h"
@@ -40,12 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // One stored string per line, as a set is stored.
     PlistArray lines;
-    for (std::size_t start = 0; start <= text.size();) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        lines.emplace_back(text.substr(start, end - start));
-        start = end + 1;
-    }
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.emplace_back(line);
     const PlistValue array(lines);
     readWriteRead<std::set<Feature>>(array);
     readWriteRead<std::set<AppItem>>(array);

@@ -1,6 +1,5 @@
-// Feeds arbitrary bytes to the preferences store as the file it finds at start: the parser, the
-// move-aside of a file it cannot read, and the save after the first change. What was loaded must
-// come back from the saved file as far as XML can hold it: both write the same XML.
+// Arbitrary bytes as the preferences file found at start: what was loaded and then changed must
+// come back from the saved file as far as XML can hold it.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,22 +12,21 @@
 #include "support/temp_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const marzipel::TempFolder folder;
+    using namespace marzipel;
+    static const TempFolder folder;
     const std::string path = folder.file("com.orsavelt.Marzipel.plist");
-    marzipel::writeFile(path, {reinterpret_cast<const char*>(data), size});
+    writeFile(path, {reinterpret_cast<const char*>(data), size});
 
-    marzipel::SimSystemLog log;
+    SimSystemLog log;
     {
-        marzipel::PlistFilePreferencesStore store(path, log);
+        PlistFilePreferencesStore store(path, log);
         store.registerDefaults({{"welcomeScreenShown", false}});
-        marzipel::PlistDictionary expected = store.storedValues();
+        PlistDictionary expected = store.storedValues();
         store.setObject("fuzz", true);
         expected.insert_or_assign("fuzz", true);
-
-        marzipel::PlistFilePreferencesStore reloaded(path, log);
-        using marzipel::PlistValue;
-        if (marzipel::toXmlPropertyList(PlistValue(expected)) !=
-            marzipel::toXmlPropertyList(PlistValue(reloaded.storedValues()))) {
+        const PlistFilePreferencesStore reloaded(path, log);
+        if (toXmlPropertyList(PlistValue(expected)) !=
+            toXmlPropertyList(PlistValue(reloaded.storedValues()))) {
             std::abort();
         }
     }

@@ -1,8 +1,6 @@
-// Feeds arbitrary bytes as what Sway's IPC socket sends: once whole and once in three reads cut
-// where the first two bytes say, with a small limit on the length of a message. Both must give
-// the same messages and break at the same place; no message over the limit gets through; every
-// message read as a tree or an event may only list windows that have a process. The bytes are
-// read as JSON by themselves too, so that bad JSON is reached without the framing.
+// Arbitrary bytes from Sway's IPC socket, whole and in three reads cut where the first two bytes
+// say: both give the same messages, none over the limit, windows only with a process. The bytes
+// are read as JSON by themselves too, to reach bad JSON without the framing.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

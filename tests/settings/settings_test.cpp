@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-#include <thread>
-
 #include "platform/sim/sim_basics.h"
 #include "platform/sim/sim_login_item_service.h"
-#include "settings/defaults_observable.h"
 #include "settings/defaults_observation.h"
 #include "settings/launch_at_login.h"
 #include "settings/selections.h"
@@ -14,29 +10,17 @@
 namespace marzipel {
 namespace {
 
-struct SettingsFixture : testing::Test {
+struct SettingsTest : testing::Test {
     std::shared_ptr<SimPreferencesStore> store = std::make_shared<SimPreferencesStore>();
     SimConsole console;
     SettingsManager settings{store, console};
     AppItem vlc{"org.videolan.vlc", "VLC", std::nullopt};
 };
 
-using DefaultsStoreTest = SettingsFixture;
-
 // The stored forms of every key, a record without a keyboard value among them, and values
 // that cannot be read are run end to end by the defaults-stored-forms and
 // settings-while-active scenarios; these cover what they cannot reach.
-TEST_F(DefaultsStoreTest, OptionalKeySetToNothingIsRemoved) {
-    Key<std::optional<std::string>> key("lastFolder", std::nullopt, store, console);
-    EXPECT_FALSE(store->object("lastFolder"));
-    key.set(std::string("/tmp"));
-    EXPECT_EQ(key.get(), std::optional<std::string>("/tmp"));
-    key.set(std::nullopt);
-    EXPECT_EQ(store->writes.back(), "remove lastFolder");
-    EXPECT_EQ(key.get(), std::nullopt);
-}
-
-TEST_F(DefaultsStoreTest, ValuesOfTheWrongKindReadAsDefaultAndStayStored) {
+TEST_F(SettingsTest, ValuesOfTheWrongKindReadAsDefaultAndStayStored) {
     store->setObject("marzipelData",
                      R"({"keyboardBacklightValue":1e300,"nightShiftEnabled":true})");
     store->setObject("enabledFeatures", 42);
@@ -50,15 +34,9 @@ TEST_F(DefaultsStoreTest, ValuesOfTheWrongKindReadAsDefaultAndStayStored) {
     // One element that is not even a string means this is no array of stored features.
     store->setObject("enabledFeatures", PlistArray{R"({"onlyWhenPlayingVideo":{}})", 7});
     EXPECT_EQ(settings.enabledFeatures().get(), settings.enabledFeatures().defaultValue());
-    // An array of natives must be that kind throughout.
-    Key<std::set<std::string>> names("names", {}, store, console);
-    store->setObject("names", PlistArray{"a", 1});
-    EXPECT_TRUE(names.get().empty());
-    store->setObject("names", PlistArray{"a", "b"});
-    EXPECT_EQ(names.get(), (std::set<std::string>{"a", "b"}));
 }
 
-TEST_F(DefaultsStoreTest, ValueThatCannotBeEncodedIsPrintedAndRemovesTheStoredValue) {
+TEST_F(SettingsTest, ValueThatCannotBeEncodedIsPrintedAndRemovesTheStoredValue) {
     settings.marzipelData().set(MarzipelData{true, 0.5f});
     settings.marzipelData().set(MarzipelData{true, std::numeric_limits<float>::quiet_NaN()});
     EXPECT_EQ(console.lines.size(), 1u);
@@ -70,9 +48,9 @@ TEST_F(DefaultsStoreTest, ValueThatCannotBeEncodedIsPrintedAndRemovesTheStoredVa
     EXPECT_TRUE(settings.enabledApps().get().empty());
 }
 
-using DefaultsObservationTest = SettingsFixture;
-
-TEST_F(DefaultsObservationTest, DeliversOldAndNewValuesWithTheChosenOptions) {
+// The store also tells observers before each change; observers that did not ask for that
+// must not see it.
+TEST_F(SettingsTest, ObserversSeeOldAndNewValuesUntilEnded) {
     Key<bool> key("flag", false, store, console);
     std::vector<std::string> seen;
     auto record = [&](const char* name) {
@@ -83,132 +61,32 @@ TEST_F(DefaultsObservationTest, DeliversOldAndNewValuesWithTheChosenOptions) {
         };
     };
     auto plain = observe(key, ObservationOption::none, record("plain"));
-    auto initial = observe(key, ObservationOption::initial, record("initial"));
     auto prior = observe(key, ObservationOption::prior, record("prior"));
-    auto both = observe(key, ObservationOption::initial | ObservationOption::prior, record("both"));
-    EXPECT_EQ(seen, (std::vector<std::string>{"initial 0->0", "both 0->0"}));
-
-    seen.clear();
     key.set(true);
-    EXPECT_EQ(seen, (std::vector<std::string>{"prior prior 0->0", "plain 0->1", "initial 0->1",
-                                              "prior 0->1", "both 0->1"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{"prior prior 0->0", "plain 0->1", "prior 0->1"}));
 
     seen.clear();
     prior->invalidate();
     prior->invalidate();
     EXPECT_FALSE(prior->isObserving());
-    initial.reset();
     store->removeObject("flag");
-    EXPECT_EQ(seen, (std::vector<std::string>{"plain 1->0", "both 1->0"}));
-}
-
-// Observers that write each other's keys would call each other forever without it.
-TEST_F(DefaultsObservationTest, NoPropagationSilencesOnlyTheRaisingThreadAndBreaksLoops) {
-    Key<std::int64_t> a("a", 0, store, console);
-    Key<std::int64_t> b("b", 0, store, console);
-    std::mutex mutex;
-    std::vector<std::int64_t> delivered;
-    auto observation = observe(a, ObservationOption::none, [&](const KeyChange<std::int64_t>& c) {
-        std::lock_guard lock(mutex);
-        delivered.push_back(c.newValue);
-    });
-    withoutPropagation([&] {
-        a.set(1);
-        std::thread other([&] { a.set(2); });
-        other.join();
-        a.set(3);
-    });
-    a.set(4);
-    EXPECT_EQ(delivered, (std::vector<std::int64_t>{2, 4}));
-
-    auto onA = observe(a, ObservationOption::none, [&](const KeyChange<std::int64_t>& change) {
-        withoutPropagation([&] { b.set(change.newValue); });
-    });
-    auto onB = observe(b, ObservationOption::none, [&](const KeyChange<std::int64_t>& change) {
-        withoutPropagation([&] { a.set(change.newValue); });
-    });
-    a.set(5);
-    EXPECT_EQ(delivered, (std::vector<std::int64_t>{2, 4, 5}));
-    EXPECT_EQ(b.get(), 5);
-}
-
-TEST_F(DefaultsObservationTest, CompositeLifetimeAndGoneStore) {
-    Key<bool> a("a", false, store, console);
-    Key<bool> b("b", false, store, console);
-    int composite = 0;
-    auto both = observe(
-        ObservationOption::none, [&] { ++composite; }, a, b);
-    a.set(true);
-    b.set(true);
-    EXPECT_EQ(composite, 2);
-    both->invalidate();
-    a.set(false);
-    EXPECT_EQ(composite, 2);
-
-    // Tied to an owner: delivered while the owner lives, ended once it is gone.
-    int tied = 0;
-    auto owner = std::make_shared<int>(0);
-    observe(a, ObservationOption::none, [&](const KeyChange<bool>&) {
-        ++tied;
-    })->tieToLifetime(owner);
-    a.set(true);
-    owner.reset();
-    a.set(false);
-    a.set(true);
-    EXPECT_EQ(tied, 1);
-
-    std::weak_ptr<PreferencesStore> gone;
-    {
-        auto temporary = std::make_shared<SimPreferencesStore>();
-        gone = temporary;
-    }
-    KeyObservation orphan(gone, "a", ObservationOption::initial, [](const PreferencesChange&) {
-        FAIL() << "a store that is gone delivers nothing";
-    });
-    orphan.start();
-    EXPECT_FALSE(orphan.isObserving());
-}
-
-TEST_F(DefaultsObservationTest, ToggleStoresThenRunsItsAction) {
-    Key<bool> key("debugLoggingEnabled", false, store, console);
-    std::vector<std::string> events;
-    DefaultsToggle toggle("Enable debug logging", key, [&](bool on) {
-        events.push_back(std::string("action ") + (on ? "on" : "off") +
-                         (key.get() ? " stored" : ""));
-    });
-    auto announced = toggle.observable().onWillChange([&] { events.push_back("will change"); });
-    toggle.setOn(true);
-    key.set(false);
-    EXPECT_EQ(events, (std::vector<std::string>{"will change", "action on stored", "will change"}));
-    EXPECT_FALSE(toggle.isOn());
-}
-
-std::optional<Feature> decodeFeature(const std::string& text, std::string* error = nullptr) {
-    try {
-        return nlohmann::json::parse(text).get<Feature>();
-    } catch (const std::exception& e) {
-        if (error) *error = e.what();
-        return std::nullopt;
-    }
+    EXPECT_EQ(seen, std::vector<std::string>{"plain 1->0"});
 }
 
 // The stored form of each feature is read back by the acceptance scenarios.
 TEST(FeatureTest, ReadsTheOneKnownMemberWhateverItHolds) {
-    EXPECT_EQ(decodeFeature(R"({"nightShift":{"x":1}})"), Feature::nightShift);
-    EXPECT_EQ(decodeFeature(R"({"nightShift":{},"foo":{}})"), Feature::nightShift);
-
-    for (const char* bad : {"{}", R"({"nightShift":{},"keyboardBacklight":{}})", R"({"foo":{}})"}) {
-        std::string error;
-        EXPECT_EQ(decodeFeature(bad, &error), std::nullopt) << bad;
-        EXPECT_EQ(error, "Invalid number of keys found, expected one.") << bad;
+    const auto read = [](const char* text) {
+        return DefaultsBridge<Feature>::deserialize(PlistValue(text));
+    };
+    EXPECT_EQ(read(R"({"nightShift":{"x":1}})"), Feature::nightShift);
+    EXPECT_EQ(read(R"({"nightShift":{},"foo":{}})"), Feature::nightShift);
+    for (const char* bad : {"{}", R"({"nightShift":{},"keyboardBacklight":{}})", R"({"foo":{}})",
+                            R"("nightShift")", R"({"nightShift":1})"}) {
+        EXPECT_EQ(read(bad), std::nullopt) << bad;
     }
-    EXPECT_EQ(decodeFeature(R"("nightShift")"), std::nullopt);
-    EXPECT_EQ(decodeFeature(R"({"nightShift":1})"), std::nullopt);
 }
 
-using SettingsManagerTest = SettingsFixture;
-
-TEST_F(SettingsManagerTest, AddComparesIdsButRemoveComparesWholeItems) {
+TEST_F(SettingsTest, AddComparesIdsButRemoveComparesWholeItems) {
     settings.addTriggerApp(vlc);
     ASSERT_EQ(store->writes.size(), 1u);
 
@@ -224,7 +102,7 @@ TEST_F(SettingsManagerTest, AddComparesIdsButRemoveComparesWholeItems) {
 }
 
 // Which features the welcome starts with and stores is run through the welcome window.
-TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
+TEST_F(SettingsTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     SelectedApps apps;
     SelectedFeatures features;
     int announcements = 0;
@@ -245,47 +123,24 @@ TEST_F(SettingsManagerTest, WelcomeSelectionsCommitWithDuplicatesCollapsed) {
     EXPECT_EQ(announcements, 4);
 }
 
-TEST_F(SettingsManagerTest, KeysAreCreatedOnceAcrossThreads) {
-    std::vector<std::thread> threads;
-    std::vector<const Key<bool>*> seen(8);
-    for (int i = 0; i < 8; ++i) {
-        threads.emplace_back([&, i] { seen[i] = &settings.debugLoggingEnabled(); });
-    }
-    for (auto& thread : threads) thread.join();
-    for (const auto* key : seen) EXPECT_EQ(key, seen.front());
-}
-
-class LaunchAtLoginTest : public ::testing::Test {
-protected:
+struct LaunchAtLoginTest : testing::Test {
     SimLoginItemService service;
     SimSystemLog log;
     LaunchAtLogin launchAtLogin{service, log};
 };
 
-TEST_F(LaunchAtLoginTest, TurningOnWhileOnRegistersAfreshAfterAnnouncing) {
+// Turning on while on registers afresh; a failing preparatory unregister is neither reported
+// nor a reason not to register.
+TEST_F(LaunchAtLoginTest, RegistersAfreshAfterAnnouncingAndLogsOnlyRealFailures) {
     service.currentStatus = LoginItemStatus::enabled;
+    service.unregisterError = "Operation not permitted";
     std::vector<std::size_t> serviceCallsWhenAnnounced;
     auto announced = launchAtLogin.onWillChange(
         [&] { serviceCallsWhenAnnounced.push_back(service.calls.size()); });
-
     launchAtLogin.setEnabled(true);
     EXPECT_EQ(serviceCallsWhenAnnounced, (std::vector<std::size_t>{0}));
     EXPECT_EQ(service.calls, (std::vector<std::string>{"status", "unregister", "register"}));
-    EXPECT_TRUE(log.entries.empty());
 
-    // A failing preparatory unregister is neither reported nor a reason not to register.
-    service.calls.clear();
-    service.unregisterError = "Operation not permitted";
-    launchAtLogin.setEnabled(true);
-    EXPECT_EQ(service.calls, (std::vector<std::string>{"status", "unregister", "register"}));
-    EXPECT_TRUE(log.entries.empty());
-}
-
-TEST_F(LaunchAtLoginTest, FailuresAreLoggedAndTheServiceStaysTheTruth) {
-    for (LoginItemStatus status : {LoginItemStatus::requiresApproval, LoginItemStatus::notFound}) {
-        service.currentStatus = status;
-        EXPECT_FALSE(launchAtLogin.isEnabled());
-    }
     service.currentStatus = LoginItemStatus::notRegistered;
     service.calls.clear();
     service.registerError = "The operation couldn't be completed.";
@@ -294,10 +149,8 @@ TEST_F(LaunchAtLoginTest, FailuresAreLoggedAndTheServiceStaysTheTruth) {
     EXPECT_FALSE(launchAtLogin.isEnabled());
 
     service.currentStatus = LoginItemStatus::enabled;
-    service.unregisterError = "Operation not permitted";
     launchAtLogin.setEnabled(false);
     EXPECT_TRUE(launchAtLogin.isEnabled());
-
     EXPECT_EQ(log.entries,
               (std::vector<std::string>{
                   "com.quintavellor.LaunchAtLogin/main: Failed to enable launch at login: The "
