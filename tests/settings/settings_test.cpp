@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <mutex>
+#include <thread>
+
 #include "platform/sim/sim_basics.h"
 #include "platform/sim/sim_login_item_service.h"
 #include "settings/defaults_observation.h"
@@ -49,8 +52,8 @@ TEST_F(SettingsTest, ValueThatCannotBeEncodedIsPrintedAndRemovesTheStoredValue) 
 }
 
 // The store also tells observers before each change; observers that did not ask for that
-// must not see it.
-TEST_F(SettingsTest, ObserversSeeOldAndNewValuesUntilEnded) {
+// must not see it, and asking for both the initial value and prior notices gets only the first.
+TEST_F(SettingsTest, DeliversOldAndNewValuesWithTheChosenOptions) {
     Key<bool> key("flag", false, store, console);
     std::vector<std::string> seen;
     auto record = [&](const char* name) {
@@ -61,16 +64,53 @@ TEST_F(SettingsTest, ObserversSeeOldAndNewValuesUntilEnded) {
         };
     };
     auto plain = observe(key, ObservationOption::none, record("plain"));
+    auto initial = observe(key, ObservationOption::initial, record("initial"));
     auto prior = observe(key, ObservationOption::prior, record("prior"));
+    auto both = observe(key, ObservationOption::initial | ObservationOption::prior, record("both"));
+    EXPECT_EQ(seen, (std::vector<std::string>{"initial 0->0", "both 0->0"}));
+
+    seen.clear();
     key.set(true);
-    EXPECT_EQ(seen, (std::vector<std::string>{"prior prior 0->0", "plain 0->1", "prior 0->1"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{"prior prior 0->0", "plain 0->1", "initial 0->1",
+                                              "prior 0->1", "both 0->1"}));
 
     seen.clear();
     prior->invalidate();
     prior->invalidate();
     EXPECT_FALSE(prior->isObserving());
+    initial.reset();
     store->removeObject("flag");
-    EXPECT_EQ(seen, std::vector<std::string>{"plain 1->0"});
+    EXPECT_EQ(seen, (std::vector<std::string>{"plain 1->0", "both 1->0"}));
+}
+
+// Observers that write each other's keys would call each other forever without it.
+TEST_F(SettingsTest, NoPropagationSilencesOnlyTheRaisingThreadAndBreaksLoops) {
+    Key<std::int64_t> a("a", 0, store, console);
+    Key<std::int64_t> b("b", 0, store, console);
+    std::mutex mutex;
+    std::vector<std::int64_t> delivered;
+    auto observation = observe(a, ObservationOption::none, [&](const KeyChange<std::int64_t>& c) {
+        std::lock_guard lock(mutex);
+        delivered.push_back(c.newValue);
+    });
+    withoutPropagation([&] {
+        a.set(1);
+        std::thread other([&] { a.set(2); });
+        other.join();
+        a.set(3);
+    });
+    a.set(4);
+    EXPECT_EQ(delivered, (std::vector<std::int64_t>{2, 4}));
+
+    auto onA = observe(a, ObservationOption::none, [&](const KeyChange<std::int64_t>& change) {
+        withoutPropagation([&] { b.set(change.newValue); });
+    });
+    auto onB = observe(b, ObservationOption::none, [&](const KeyChange<std::int64_t>& change) {
+        withoutPropagation([&] { a.set(change.newValue); });
+    });
+    a.set(5);
+    EXPECT_EQ(delivered, (std::vector<std::int64_t>{2, 4, 5}));
+    EXPECT_EQ(b.get(), 5);
 }
 
 // The stored form of each feature is read back by the acceptance scenarios.
