@@ -3,8 +3,9 @@
 #include "platform/linux/sway_window_source.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+
 #include <unistd.h>
+#include <QProcess>
 
 #include <csignal>
 #include <filesystem>
@@ -55,11 +56,8 @@ struct SwaySession {
 
     /// Runs one Sway command through swaymsg, as a user would; throws when it fails.
     void command(const std::string& text) const {
-        Child swaymsg({"swaymsg", "-s", ipcSocket, text});
-        siginfo_t info{};
-        const bool ended = waitUntil([&] { return !swaymsg.running(); }, 5s) &&
-                           waitid(P_PID, swaymsg.pid(), &info, WEXITED | WNOHANG | WNOWAIT) == 0;
-        if (!ended || info.si_code != CLD_EXITED || info.si_status != 0)
+        if (QProcess::execute("swaymsg", {"-s", QString::fromStdString(ipcSocket),
+                                          QString::fromStdString(text)}) != 0)
             throw std::runtime_error("swaymsg failed: " + text);
     }
 
