@@ -68,15 +68,6 @@ Child::Child(const std::vector<std::string>& argv, const std::vector<std::string
     close(devNull);
 }
 
-Child& Child::operator=(Child&& other) noexcept {
-    if (this != &other) {
-        stop();
-        pid_ = other.pid_;
-        other.pid_ = -1;
-    }
-    return *this;
-}
-
 bool Child::running() const {
     siginfo_t info{};
     return pid_ > 0 && waitid(P_PID, pid_, &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&

@@ -67,7 +67,7 @@ struct SwaySession {
     Child sway;
 };
 
-TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwayEnds) {
+TEST(SwayWindowSourceTest, FollowsFocusFullScreenAndWorkspacesUntilSwayEnds) {
     SwaySession session;
     FakeDesktopEntries entries;
     entries.add("org.example.Player", "Example Player");
@@ -95,9 +95,6 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwa
     kill(player.pid(), SIGUSR1);
     EXPECT_TRUE(waitForFocus(windows, player.pid(), true));
 
-    // The scratchpad comes first in Sway's tree.
-    session.command("[app_id=viewer-app] move scratchpad");
-    EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), player.pid()}));
     session.command("workspace 2");
     EXPECT_TRUE(waitForFocus(windows, 0));
     Child other = session.startWindow("org.example.Other");
@@ -110,7 +107,7 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenScratchpadAndWorkspacesUntilSwa
     }
     // A window closing out of sight.
     other.stop();
-    EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), player.pid()}));
+    EXPECT_TRUE(waitForRunning(windows, {player.pid(), viewer.pid()}));
 
     EXPECT_TRUE(log.entries.empty());
     // Sway goes away under the source.
