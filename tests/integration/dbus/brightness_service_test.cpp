@@ -34,9 +34,8 @@ std::unique_ptr<MockService> startUPower(int max, int level) {
 
 std::vector<int> levelsSet(const MockService& upower) {
     std::vector<int> levels;
-    for (const QVariantList& arguments : upower.calls(kKbdPath, "SetBrightness")) {
+    for (const QVariantList& arguments : upower.calls(kKbdPath, "SetBrightness"))
         levels.push_back(arguments.at(0).toInt());
-    }
     return levels;
 }
 
