@@ -37,6 +37,8 @@ public:
 
 private:
     X11Connection x_;
+    // The library's requests take it writable.
+    xcb_ewmh_connection_t ewmh_;
 };
 
 /// A private X server (Xvfb on a free display) managed by openbox, with a client connected.

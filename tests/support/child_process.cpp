@@ -1,7 +1,6 @@
 #include "support/child_process.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,8 +15,6 @@ extern char** environ;
 namespace marzipel {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 std::vector<char*> pointers(std::vector<std::string>& strings) {
     std::vector<char*> result;
     for (auto& s : strings) result.push_back(s.data());
@@ -28,10 +25,10 @@ std::vector<char*> pointers(std::vector<std::string>& strings) {
 }  // namespace
 
 bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-    const auto deadline = Clock::now() + timeout;
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         if (condition()) return true;
-        if (Clock::now() >= deadline) return false;
+        if (std::chrono::steady_clock::now() >= deadline) return false;
         std::this_thread::sleep_for(10ms);
     }
 }
@@ -68,15 +65,6 @@ Child::Child(const std::vector<std::string>& argv, const std::vector<std::string
     close(devNull);
 }
 
-Child& Child::operator=(Child&& other) noexcept {
-    if (this != &other) {
-        stop();
-        pid_ = other.pid_;
-        other.pid_ = -1;
-    }
-    return *this;
-}
-
 bool Child::running() const {
     siginfo_t info{};
     return pid_ > 0 && waitid(P_PID, pid_, &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
@@ -99,22 +87,21 @@ std::string startAndReadLine(Child& child, const std::vector<std::string>& argv,
                              const std::vector<std::string>& environment,
                              std::chrono::milliseconds timeout) {
     int fds[2];
-    if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe2 failed");
+    if (pipe2(fds, O_CLOEXEC) != 0 || fcntl(fds[0], F_SETFL, O_NONBLOCK) != 0)
+        throw std::runtime_error("pipe2 failed");
     child = Child(argv, environment, fds[1]);
     close(fds[1]);
-    const auto deadline = Clock::now() + timeout;
     std::string line;
     char c = 0;
-    for (;;) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd entry{fds[0], POLLIN, 0};
-        if (left.count() <= 0 || poll(&entry, 1, static_cast<int>(left.count())) != 1 ||
-            read(fds[0], &c, 1) != 1 || c == '\n') {
-            break;
-        }
-        line.push_back(c);
-    }
+    // Ends at the line, at the end of the output (the program ended) or at the deadline.
+    waitUntil(
+        [&] {
+            ssize_t got = 0;
+            while (c != '\n' && (got = read(fds[0], &c, 1)) == 1)
+                if (c != '\n') line.push_back(c);
+            return c == '\n' || got == 0;
+        },
+        timeout);
     close(fds[0]);
     if (c != '\n' || line.empty()) throw std::runtime_error("no ready line from " + argv[0]);
     return line;

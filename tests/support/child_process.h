@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace marzipel {
@@ -25,7 +26,11 @@ public:
           int outputFd = -1);
     ~Child() { stop(); }
     Child(Child&& other) noexcept : pid_(other.pid_) { other.pid_ = -1; }
-    Child& operator=(Child&& other) noexcept;
+    Child& operator=(Child&& other) noexcept {
+        stop();
+        std::swap(pid_, other.pid_);
+        return *this;
+    }
 
     pid_t pid() const { return pid_; }
     /// False once the program has ended by itself.

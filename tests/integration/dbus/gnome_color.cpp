@@ -2,8 +2,8 @@
 
 #include <gio/gio.h>
 
+#include <QTime>
 #include <cmath>
-#include <ctime>
 
 #include "platform/linux/dbus_call.h"
 #include "support/compositor_session.h"
@@ -23,10 +23,8 @@ bool colorProperty(const char* name) {
 bool colorServiceUp() { return dbus::hasOwner(QDBusConnection::sessionBus(), kColor); }
 
 double hoursFromNow(double offset) {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return std::fmod(local.tm_hour + local.tm_min / 60.0 + offset + 24.0, 24.0);
+    const double now = QTime::currentTime().msecsSinceStartOfDay() / 3'600'000.0;
+    return std::fmod(now + offset + 24.0, 24.0);
 }
 
 void writeNightLightScheduleKeys(const NightLightScheduleKeys& keys) {

@@ -15,9 +15,8 @@ MockService::MockService(const std::string& templateName, const QString& busName
     const std::string templateArgument = std::filesystem::exists(own) ? own.string() : templateName;
     process_ = Child({DBUSMOCK_PYTHON, "-m", "dbusmock", systemBus ? "--system" : "--session",
                       "--template", templateArgument, "--parameters", parametersJson});
-    if (!waitUntil([&] { return dbus::hasOwner(bus(), name_); })) {
+    if (!waitUntil([&] { return dbus::hasOwner(bus(), name_); }))
         throw std::runtime_error("mock " + templateName + " did not appear on the bus");
-    }
 }
 
 QDBusConnection MockService::bus() const {
@@ -27,9 +26,8 @@ QDBusConnection MockService::bus() const {
 void MockService::stop() {
     if (process_.pid() <= 0) return;
     process_.stop();
-    if (!waitUntil([&] { return !dbus::hasOwner(bus(), name_); })) {
+    if (!waitUntil([&] { return !dbus::hasOwner(bus(), name_); }))
         throw std::runtime_error("mock name stayed on the bus");
-    }
 }
 
 std::vector<QVariantList> MockService::calls(const QString& path, const QString& method) const {
@@ -55,9 +53,8 @@ QDBusMessage MockService::control(const QString& path, const QString& method,
         QDBusMessage::createMethodCall(name_, path, "org.freedesktop.DBus.Mock", method);
     message.setArguments(arguments);
     const QDBusMessage reply = bus().call(message, QDBus::Block, 5000);
-    if (reply.type() != QDBusMessage::ReplyMessage) {
+    if (reply.type() != QDBusMessage::ReplyMessage)
         throw std::runtime_error(method.toStdString() + " failed: " + dbus::errorText(reply));
-    }
     return reply;
 }
 

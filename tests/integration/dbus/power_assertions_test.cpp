@@ -18,10 +18,8 @@ std::multiset<std::int32_t> holders(const PowerAssertionsReply& reply) {
     for (const auto& [pid, assertions] : *reply.table) {
         for (const PlistValue& record : *assertions.as<PlistArray>()) {
             const auto& fields = *record.as<PlistDictionary>();
-            if (*fields.at("AssertionTrueType").as<std::string>() ==
-                "PreventUserIdleDisplaySleep") {
+            if (*fields.at("AssertionTrueType").as<std::string>() == "PreventUserIdleDisplaySleep")
                 result.insert(pid);
-            }
         }
     }
     return result;

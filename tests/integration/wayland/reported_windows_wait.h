@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/linux/reported_windows.h"
@@ -21,10 +22,8 @@ inline bool waitForFocus(const ReportedWindows& windows, pid_t pid, bool fullScr
 /// Handles Qt events until the running applications are the processes `pids`, in this order.
 inline bool waitForRunning(const ReportedWindows& windows, const std::vector<std::int32_t>& pids) {
     return processEventsUntil([&] {
-        std::vector<std::int32_t> running;
-        for (const RunningApplication& app : windows.runningApplications())
-            running.push_back(app.processId);
-        return running == pids;
+        return std::ranges::equal(windows.runningApplications(), pids, {},
+                                  &RunningApplication::processId);
     });
 }
 
