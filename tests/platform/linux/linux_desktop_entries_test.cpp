@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ranges>
-
 #include "detection/desktop_entry_catalog.h"
 #include "detection/installed_video_apps.h"
 #include "platform/linux/icon_theme_lookup.h"
@@ -34,8 +32,9 @@ protected:
     }
 
     std::vector<std::string> ids(const std::vector<DesktopEntry>& entries) {
-        const auto view = entries | std::views::transform(&DesktopEntry::id);
-        return {view.begin(), view.end()};
+        std::vector<std::string> result;
+        for (const DesktopEntry& entry : entries) result.push_back(entry.id);
+        return result;
     }
 
     TempFolder temp;
