@@ -1,8 +1,8 @@
 #include <QBuffer>
+#include <QDataStream>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
-#include <QtEndian>
 #include <QtTest>
 
 #include "platform/qt/qt_image_loader.h"
@@ -12,30 +12,23 @@ using namespace marzipel;
 
 namespace {
 
-QByteArray pngBytes(const QImage& image) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-QByteArray bigEndian(quint32 value) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
 /// An icon container as applications ship them: several sizes, the smallest first.
 QByteArray icnsWithSizes(const QList<QPair<QByteArray, int>>& entries) {
     QByteArray body;
+    QDataStream out(&body, QIODevice::WriteOnly);
     for (const auto& [type, side] : entries) {
         QImage square(side, side, QImage::Format_ARGB32);
         square.fill(Qt::blue);
-        const QByteArray png = pngBytes(square);
-        body += type + bigEndian(quint32(8 + png.size())) + png;
+        QBuffer png;
+        png.open(QIODevice::WriteOnly);
+        square.save(&png, "PNG");
+        out.writeRawData(type.constData(), 4);
+        out << quint32(8 + png.size());
+        out.writeRawData(png.data().constData(), int(png.size()));
     }
-    return "icns" + bigEndian(quint32(8 + body.size())) + body;
+    QByteArray icns("icns");
+    QDataStream(&icns, QIODevice::Append) << quint32(8 + body.size());
+    return icns + body;
 }
 
 }  // namespace
