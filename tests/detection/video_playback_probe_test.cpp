@@ -13,44 +13,35 @@ PlistValue assertion(PlistValue type) {
     return PlistDictionary{{"AssertionTrueType", std::move(type)}, {"AssertionLevel", 255}};
 }
 
-const char* const kDisplay = "PreventUserIdleDisplaySleep";
-
-class VideoPlaybackProbeTest : public ::testing::Test {
-protected:
-    VideoPlaybackProbeTest() {
-        workspace.applications = {{10, "org.videolan.vlc", "VLC", std::nullopt},
-                                  {20, "com.colliderli.iina", "IINA", std::nullopt}};
-    }
-
-    std::vector<std::int32_t> probe() {
-        std::vector<std::int32_t> pids;
-        for (const RunningApplication& app : probe_.applicationsPlayingVideo()) {
-            pids.push_back(app.processId);
-        }
-        return pids;
-    }
-    void setTable(std::map<std::int32_t, PlistValue> table) { assertions.reply = {0, table}; }
-
+// Which kinds count, a failed query and a daemon's assertion are run by the video-probe
+// scenario; replies of any other shape are silently not playing.
+TEST(VideoPlaybackProbeTest, RepliesOfAnyOtherShapeAreSilentlyNotPlaying) {
     SimConsole console;
     SimPowerAssertions assertions;
     SimWorkspace workspace;
+    workspace.applications = {{10, "org.videolan.vlc", "VLC", std::nullopt},
+                              {20, "com.colliderli.iina", "IINA", std::nullopt}};
     SimSystemLog systemLog;
     SettingsManager settings{std::make_shared<SimPreferencesStore>(), console};
-    VideoPlaybackProbe probe_{assertions, workspace, systemLog, settings};
-};
+    VideoPlaybackProbe probe{assertions, workspace, systemLog, settings};
+    const auto playing = [&](std::optional<std::map<std::int32_t, PlistValue>> table) {
+        assertions.reply = {0, std::move(table)};
+        std::vector<std::int32_t> pids;
+        for (const RunningApplication& app : probe.applicationsPlayingVideo()) {
+            pids.push_back(app.processId);
+        }
+        return pids;
+    };
+    const PlistValue display = assertion("PreventUserIdleDisplaySleep");
 
-// Which kinds count, a failed query and a daemon's assertion are run by the video-probe
-// scenario; replies of any other shape are silently not playing.
-TEST_F(VideoPlaybackProbeTest, RepliesOfAnyOtherShapeAreSilentlyNotPlaying) {
-    setTable({{10, PlistArray{assertion(1)}}, {20, PlistArray{assertion(kDisplay)}}});
-    EXPECT_EQ(probe(), (std::vector<std::int32_t>{20}));
-    assertions.reply = {0, std::nullopt};
-    EXPECT_TRUE(probe().empty());
+    EXPECT_EQ(playing({{{10, PlistArray{assertion(1)}}, {20, PlistArray{display}}}}),
+              (std::vector<std::int32_t>{20}));
+    EXPECT_TRUE(playing(std::nullopt).empty());
     // One stray entry spoils the whole table, even the well-formed processes.
-    setTable({{10, PlistArray{assertion(kDisplay)}}, {20, assertion(kDisplay)}});
-    EXPECT_TRUE(probe().empty());
-    setTable({{10, PlistArray{assertion(kDisplay)}}, {20, PlistArray{PlistValue(kDisplay)}}});
-    EXPECT_TRUE(probe().empty());
+    EXPECT_TRUE(playing({{{10, PlistArray{display}}, {20, display}}}).empty());
+    EXPECT_TRUE(
+        playing({{{10, PlistArray{display}}, {20, PlistArray{"PreventUserIdleDisplaySleep"}}}})
+            .empty());
     EXPECT_TRUE(systemLog.entries.empty());
 }
 
