@@ -59,8 +59,6 @@ private Q_SLOTS:
         QVERIFY(!emptyText->isVisible());
         QCOMPARE(shownNames(tab), QStringList({"Alpha", "beta", "VLC"}));
         QVERIFY(!control(tab, "VLC", "videoSwitch"));
-        QCOMPARE(control(tab, "beta", "videoSwitch")->toolTip(),
-                 "Only when playing video (experimental)");
 
         click(control(tab, "Alpha", "videoSwitch"));
         const AppFeatures features = world.settings.appFeatures().get();

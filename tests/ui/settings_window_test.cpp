@@ -67,7 +67,6 @@ private Q_SLOTS:
         QVERIFY(!launchAtLogin->isChecked());
         QTRY_VERIFY(launchAtLogin->isChecked());
 
-        QVERIFY(open.find<QWidget>("updaterRow")->isVisible());
         open.find<QCheckBox>("automaticallyCheckForUpdates")->click();
         QCOMPARE(open.world.sim.updater.automaticChecks, false);
         open.find<QAbstractButton>("checkNow")->click();

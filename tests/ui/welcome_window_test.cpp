@@ -69,7 +69,6 @@ private Q_SLOTS:
     void offersFoundPlayersAllOffAndStoresThePicked() {
         UiWorld world;
         install(world, "IINA.app", "com.colliderli.iina", "IINA");
-        install(world, "TextEdit.app", "com.apple.TextEdit", "TextEdit");
         install(world, "VLC.app", "org.videolan.vlc", "VLC");
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());

@@ -94,11 +94,6 @@ TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundOpeningWhateverOpen
     EXPECT_EQ(events, (Calls{"pre", "post", "pre", "link", "post", "link", "activate"}));
 }
 
-TEST(TrayCommandsTest, IconIsEighteenPointsHighAndKeepsItsProportions) {
-    EXPECT_EQ(trayIconSize({512, 512}), (PointSize{18, 18}));
-    EXPECT_EQ(trayIconSize({600, 300}), (PointSize{36, 18}));
-}
-
 struct SettingsViewModelTest : testing::Test {
     std::vector<std::function<void()>> posted;
     PostToMainLoop post = [this](std::function<void()> task) { posted.push_back(std::move(task)); };
