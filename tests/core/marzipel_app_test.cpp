@@ -49,10 +49,8 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
         SimPlatform sim;
         NoWelcomeWindow welcome;
         SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
-        settings.enabledFeatures().set({Feature::keyboardBacklight, Feature::nightShift});
         settings.marzipelData().set(MarzipelData{true, 0.5f});
         sim.brightness.keyboard = 0.0f;
-        sim.brightness.status.mode = 1;
         sim.runMarker.mark = found;
         MarzipelApp app(sim.platform(settings, welcome));
 
@@ -60,7 +58,6 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
         sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
         const bool ended = found == RunMark::ofEndedProcess;
         EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
-        EXPECT_EQ(std::ranges::count(sim.brightness.calls, "app setMode 1"), ended ? 1 : 0);
         EXPECT_EQ(sim.systemLog.entries.size(), ended ? 1u : 0u);
         EXPECT_EQ(sim.runMarker.mark, ended ? RunMark::none : found);
         EXPECT_FALSE(app.state().isActive());

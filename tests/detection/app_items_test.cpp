@@ -55,10 +55,9 @@ TEST(BundleReaderTest, UnreadableBundlesGiveNothingAndASlashDoesNotDouble) {
     writeFile(folder / "File.app", "not a folder");
     std::filesystem::create_directories(folder / "Empty.app");
     writeFile(folder / "Garbage.app/Contents/Info.plist", "\x01\x02 not a property list");
-    std::filesystem::create_directories(folder / "Dir.app/Contents/Info.plist");
     writeInfo("Big.app", {{"CFBundleIdentifier", "big"},
                           {"Padding", std::string(BundleFiles::maxPropertyListBytes, 'x')}});
-    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Dir.app", "Big.app"}) {
+    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Big.app"}) {
         EXPECT_FALSE(appItemFromBundle(folder / name, files)) << name;
     }
 
@@ -99,12 +98,6 @@ TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAre
                        "/Applications/VLC.app/Contents/Resources/VLCIcon.icns"}));
 }
 
-RunningApplication app(std::int32_t pid, std::optional<std::string> id,
-                       std::optional<std::string> name, std::optional<std::string> bundle,
-                       ActivationPolicy policy = ActivationPolicy::regular) {
-    return {pid, std::move(id), std::move(name), std::move(bundle), policy};
-}
-
 TEST(RunningAppItemsTest, RegularAppsInWorkspaceOrderWithFallbacks) {
     SimBundleFiles files;
     files.addBundle("/Applications/IINA.app", {{"CFBundleIdentifier", "com.colliderli.iina"},
@@ -112,11 +105,11 @@ TEST(RunningAppItemsTest, RegularAppsInWorkspaceOrderWithFallbacks) {
                                                {"CFBundleIconFile", "AppIcon"}});
     SimWorkspace workspace;
     workspace.applications = {
-        app(30, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"),
-        app(31, "com.example.agent", "Agent", std::nullopt, ActivationPolicy::accessory),
-        app(32, "com.example.gone", "Gone", "/Applications/Gone.app"),
-        app(33, std::nullopt, std::nullopt, std::nullopt),
-        app(35, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"),
+        {30, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"},
+        {31, "com.example.agent", "Agent", std::nullopt, ActivationPolicy::accessory},
+        {32, "com.example.gone", "Gone", "/Applications/Gone.app"},
+        {33, std::nullopt, std::nullopt, std::nullopt},
+        {35, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"},
     };
     BundleCatalog catalog(files);
 
