@@ -36,9 +36,7 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
         {{7, 30}, {7, 45}, {7, 50}, true},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(isWithinCustomSchedule(c.now, c.from, c.to), c.within)
-            << c.from.hour << ":" << c.from.minute << "-" << c.to.hour << ":" << c.to.minute
-            << " at " << c.now.hour << ":" << c.now.minute;
+        EXPECT_EQ(isWithinCustomSchedule(c.now, c.from, c.to), c.within) << "case " << &c - cases;
     }
 }
 

@@ -70,7 +70,7 @@ TEST(BundleReaderTest, UnreadableBundlesGiveNothingAndASlashDoesNotDouble) {
 
 // Entries hidden from menus, and the shadowing of system entries, are read from disk by the
 // desktop entries' own test.
-TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAreBundles) {
+TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItems) {
     FakeDesktopEntries entries;
     SimBundleFiles bundles;
     DesktopEntryCatalog catalog{entries, bundles};
@@ -89,13 +89,6 @@ TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAre
     EXPECT_EQ(item("mpv"), (AppItem{"mpv", "mpv", "/icons/mpv.svg"}));
     EXPECT_EQ(item("nameless"), (AppItem{"nameless", "Unknown App", std::nullopt}));
     for (const char* id : {"hidden", "link", "missing"}) EXPECT_FALSE(item(id)) << id;
-
-    bundles.addBundle("/Applications/VLC.app", {{"CFBundleIdentifier", "org.videolan.vlc"},
-                                                {"CFBundleName", "VLC"},
-                                                {"CFBundleIconFile", "VLCIcon"}});
-    EXPECT_EQ(catalog.appItem("/Applications/VLC.app"),
-              (AppItem{"org.videolan.vlc", "VLC",
-                       "/Applications/VLC.app/Contents/Resources/VLCIcon.icns"}));
 }
 
 TEST(RunningAppItemsTest, RegularAppsInWorkspaceOrderWithFallbacks) {

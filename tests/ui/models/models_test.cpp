@@ -35,25 +35,25 @@ struct SettingsAccessTest : testing::Test {
     }
 };
 
-TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionOverThePreferencesOne) {
+TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionAndTheButtonWrapsItAnyway) {
     application.version = {13, 6, 1};
     OpenSettingsAccessAction open(application);
     link(open, std::nullopt);
     answer("showPreferencesWindow:");
     EXPECT_EQ(open(), std::nullopt);
     answer("showSettingsWindow:");
-    EXPECT_EQ(open(), std::nullopt);
-    // Below 14.0 nothing replaces the legacy route: the link never runs.
-    EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "delegate showSettingsWindow:"}));
-
+    press(open);
     application.hasDelegate = false;
     EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::selectorNotFound));
-    application.hasDelegate = true;
+    press(open);
+    // Below 14.0 nothing replaces the legacy route: the link never runs.
+    EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "pre",
+                             "delegate showSettingsWindow:", "post", "pre", "post"}));
 
+    application.hasDelegate = true;
     application.version = {14, 0, 0};
-    answer("showSettingsWindow:");
     EXPECT_EQ(openSettingsLegacy(application), LegacyOpenSettingsError::unsupportedPlatform);
-    EXPECT_EQ(events.size(), 2u);
+    EXPECT_EQ(events.size(), 6u);
 }
 
 TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors) {
@@ -72,19 +72,8 @@ TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors
               OpenSettingsFailure(OtherOpenSettingsError{"The operation couldn’t be completed."}));
 }
 
-// The tray activates after opening from 14.0 on; before sending below it, as the tray's test sees.
-TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundOpeningWhateverOpeningDoes) {
-    application.version = {13, 0, 0};
-    answer("showSettingsWindow:");
-    OpenSettingsAccessAction legacy(application);
-    press(legacy);
-    application.hasDelegate = false;
-    press(legacy);
-    application.hasDelegate = true;
-    EXPECT_EQ(events, (Calls{"pre", "delegate showSettingsWindow:", "post", "pre", "post"}));
-
-    events.clear();
-    application.version = {14, 0, 0};
+// From 14.0 on the tray activates after opening; below it before sending, as the tray's test sees.
+TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundTheLinkWhateverItAnswers) {
     OpenSettingsAccessAction open(application);
     press(open);
     link(open, OtherOpenSettingsError{"failed"});
