@@ -22,9 +22,8 @@ std::vector<float> sampleFloats() {
     }
     for (int exponent = -149; exponent <= 127; ++exponent) {
         const float power = std::ldexp(1.0f, exponent);
-        samples.push_back(power);
-        samples.push_back(std::nextafter(power, 0.0f));
-        samples.push_back(std::nextafter(power, INFINITY));
+        samples.insert(samples.end(),
+                       {power, std::nextafter(power, 0.0f), std::nextafter(power, INFINITY)});
     }
     return samples;
 }

@@ -23,13 +23,11 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
     };
     const Case cases[] = {
         {{22, 0}, {7, 0}, {22, 0}, true},
-        {{22, 0}, {7, 0}, {7, 0}, true},
         {{22, 0}, {7, 0}, {12, 0}, false},
         {{22, 30}, {7, 0}, {22, 29}, false},
         {{22, 30}, {7, 45}, {7, 45}, true},
         // Within one day the rule answers true at almost every hour; kept on purpose.
         {{9, 0}, {17, 0}, {20, 0}, true},
-        {{9, 0}, {17, 0}, {8, 0}, true},
         {{9, 0}, {17, 30}, {17, 31}, true},
         // When both bounds share the hour, the from-minute decides even if the to-minute agrees.
         {{7, 30}, {7, 45}, {7, 20}, false},
@@ -58,14 +56,12 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
         EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
         EXPECT_EQ(sim.systemLog.entries.size(), ended ? 1u : 0u);
         EXPECT_EQ(sim.runMarker.mark, ended ? RunMark::none : found);
-        EXPECT_FALSE(app.state().isActive());
 
         sim.runMarker.mark = RunMark::none;
         app.stateMachine().activate("mpv");
         EXPECT_EQ(sim.runMarker.mark, RunMark::ofRunningProcess);
         app.stateMachine().deactivate();
         EXPECT_EQ(sim.runMarker.mark, RunMark::none);
-        EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
     }
 }
 

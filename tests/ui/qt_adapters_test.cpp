@@ -55,8 +55,7 @@ private Q_SLOTS:
         QVERIFY(picture.save(dir_.filePath("two.png")));
 
         const Image image = loader_.loadImage(path("two.png"), 64);
-        QCOMPARE(image.width, 2);
-        QCOMPARE(image.height, 1);
+        QCOMPARE(QSize(image.width, image.height), QSize(2, 1));
         QCOMPARE(image.pixels, (std::vector<std::uint32_t>{0x80ff0000, 0xff00ff00}));
         const QImage shown = pixmapFromImage(image, 45).toImage();
         QCOMPARE(shown.convertToFormat(QImage::Format_ARGB32).pixel(0, 0), 0x80ff0000u);

@@ -95,18 +95,13 @@ struct SettingsViewModelTest : testing::Test {
     }
 };
 
-// Which key combinations toggle is checked through the settings window; this covers the
-// deferred toggle, which the window test cannot see.
+// Which key combinations toggle, and the window following the model, are checked through the
+// settings window; this covers the deferred toggle, which the window test cannot see.
 TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGone) {
-    int changes = 0;
-    auto changed = model->onChanged([&] { ++changes; });
-    model->keyReleased({.key = 'E', .shift = true, .command = true});
-    EXPECT_TRUE(posted.empty());
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     EXPECT_FALSE(model->showAdvancedSettings()) << "not while the key event is handled";
     runPosted();
     EXPECT_TRUE(model->showAdvancedSettings());
-    EXPECT_EQ(changes, 1);
 
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     model.reset();
