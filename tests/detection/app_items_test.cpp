@@ -18,8 +18,8 @@ namespace {
 // disk by the catalogue scenario; these are the odd kinds it does not hold.
 TEST(BundleReaderTest, IdentifierNameAndIconWithTheirFallbacks) {
     struct Case {
-        PlistDictionary info;  // with the identifier "id" unless it has one of its own
-        const char* name;      // nullptr: no item at all
+        PlistDictionary info;  // with the identifier "id"
+        const char* name;
         std::optional<std::string> icon = std::nullopt;  // file name under Contents/Resources
     };
     const std::vector<Case> cases = {
@@ -27,36 +27,26 @@ TEST(BundleReaderTest, IdentifierNameAndIconWithTheirFallbacks) {
         {{{"CFBundleIconFiles", PlistArray{"First", "Second.icns"}}, {"CFBundleIconFile", "Other"}},
          "Unknown App",
          "First.icns"},
-        {{{"CFBundleIconFiles", PlistArray{}}, {"CFBundleIconFile", "AppIcon.icns"}},
-         "Unknown App",
-         "AppIcon.icns"},
         {{{"CFBundleIconFiles", PlistArray{"First", 3}}, {"CFBundleIconFile", "Other"}},
          "Unknown App",
          "Other.icns"},
-        {{{"CFBundleIconFiles", "First"}, {"CFBundleIconFile", "Other"}},
-         "Unknown App",
-         "Other.icns"},
         {{{"CFBundleIconFile", 4}}, "Unknown App"},
-        {{{"CFBundleIdentifier", PlistArray{"a"}}}, nullptr},
     };
     const std::string bundle = "/Applications/App.app";
     for (std::size_t i = 0; i < cases.size(); ++i) {
         PlistDictionary info = cases[i].info;
         info.emplace("CFBundleIdentifier", "id");
-        std::optional<AppItem> item = appItemFromInfoPlist(bundle, info);
-        if (!cases[i].name) {
-            EXPECT_FALSE(item) << "case " << i;
-            continue;
-        }
         std::optional<std::string> icon;
         if (cases[i].icon) icon = bundle + "/Contents/Resources/" + *cases[i].icon;
-        EXPECT_EQ(item, (AppItem{"id", cases[i].name, icon})) << "case " << i;
+        EXPECT_EQ(appItemFromInfoPlist(bundle, info), (AppItem{"id", cases[i].name, icon}))
+            << "case " << i;
     }
     EXPECT_FALSE(appItemFromInfoPlist(bundle, PlistArray{"CFBundleIdentifier", "x"}));
 }
 
-// Listing, and reading bundles through these files, are run by the catalogue scenario.
-TEST(BundleReaderTest, UnreadableBundlesAndFoldersGiveNothingAndASlashDoesNotDouble) {
+// Listing, a folder that cannot be listed, and reading bundles through these files are run by
+// the catalogue scenario.
+TEST(BundleReaderTest, UnreadableBundlesGiveNothingAndASlashDoesNotDouble) {
     TempFolder folder;
     LocalBundleFiles files;
     const auto writeInfo = [&](const std::string& bundle, const PlistDictionary& info) {
@@ -65,17 +55,10 @@ TEST(BundleReaderTest, UnreadableBundlesAndFoldersGiveNothingAndASlashDoesNotDou
     writeFile(folder / "File.app", "not a folder");
     std::filesystem::create_directories(folder / "Empty.app");
     writeFile(folder / "Garbage.app/Contents/Info.plist", "\x01\x02 not a property list");
-    std::filesystem::create_directories(folder / "Dir.app/Contents/Info.plist");
     writeInfo("Big.app", {{"CFBundleIdentifier", "big"},
                           {"Padding", std::string(BundleFiles::maxPropertyListBytes, 'x')}});
-    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Dir.app", "Big.app"}) {
+    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Big.app"}) {
         EXPECT_FALSE(appItemFromBundle(folder / name, files)) << name;
-    }
-    for (const std::string& path : {folder / "missing", folder / "File.app"}) {
-        FolderListing listing = files.listFolder(path);
-        ASSERT_TRUE(listing.error) << path;
-        EXPECT_NE(listing.error->find(path), std::string::npos) << *listing.error;
-        EXPECT_TRUE(listing.paths.empty());
     }
 
     writeInfo("VLC.app",
@@ -85,7 +68,9 @@ TEST(BundleReaderTest, UnreadableBundlesAndFoldersGiveNothingAndASlashDoesNotDou
     EXPECT_EQ(item->iconPath, folder / "VLC.app/Contents/Resources/VLC.icns");
 }
 
-TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAreBundles) {
+// Entries hidden from menus, and the shadowing of system entries, are read from disk by the
+// desktop entries' own test.
+TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItems) {
     FakeDesktopEntries entries;
     SimBundleFiles bundles;
     DesktopEntryCatalog catalog{entries, bundles};
@@ -96,7 +81,6 @@ TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAre
     add("mpv", "mpv").iconPath = "/icons/mpv.svg";
     add("nameless", "");
     add("hidden", "H").hidden = true;
-    add("menu", "M").noDisplay = true;
     add("link", "L").isApplication = false;
 
     const auto item = [&](const std::string& id) {
@@ -104,25 +88,7 @@ TEST(DesktopEntryCatalogTest, OnlyVisibleApplicationsBecomeItemsAndOtherPathsAre
     };
     EXPECT_EQ(item("mpv"), (AppItem{"mpv", "mpv", "/icons/mpv.svg"}));
     EXPECT_EQ(item("nameless"), (AppItem{"nameless", "Unknown App", std::nullopt}));
-    for (const char* id : {"hidden", "menu", "link", "missing"}) EXPECT_FALSE(item(id)) << id;
-
-    bundles.addBundle("/Applications/VLC.app", {{"CFBundleIdentifier", "org.videolan.vlc"},
-                                                {"CFBundleName", "VLC"},
-                                                {"CFBundleIconFile", "VLCIcon"}});
-    EXPECT_EQ(catalog.appItem("/Applications/VLC.app"),
-              (AppItem{"org.videolan.vlc", "VLC",
-                       "/Applications/VLC.app/Contents/Resources/VLCIcon.icns"}));
-    EXPECT_FALSE(catalog.appItem("/Applications/Missing.app"));
-
-    EXPECT_TRUE(catalog.isApplicationPath("/usr/share/applications/vlc.desktop"));
-    EXPECT_FALSE(catalog.isApplicationPath("/usr/share/applications/vlc.DESKTOP"));
-    EXPECT_FALSE(catalog.isApplicationPath("/Applications/VLC.app"));
-}
-
-RunningApplication app(std::int32_t pid, std::optional<std::string> id,
-                       std::optional<std::string> name, std::optional<std::string> bundle,
-                       ActivationPolicy policy = ActivationPolicy::regular) {
-    return {pid, std::move(id), std::move(name), std::move(bundle), policy};
+    for (const char* id : {"hidden", "link", "missing"}) EXPECT_FALSE(item(id)) << id;
 }
 
 TEST(RunningAppItemsTest, RegularAppsInWorkspaceOrderWithFallbacks) {
@@ -132,12 +98,11 @@ TEST(RunningAppItemsTest, RegularAppsInWorkspaceOrderWithFallbacks) {
                                                {"CFBundleIconFile", "AppIcon"}});
     SimWorkspace workspace;
     workspace.applications = {
-        app(30, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"),
-        app(31, "com.example.agent", "Agent", std::nullopt, ActivationPolicy::accessory),
-        app(32, "com.example.gone", "Gone", "/Applications/Gone.app"),
-        app(33, std::nullopt, std::nullopt, std::nullopt),
-        app(34, "com.example.daemon", "Daemon", std::nullopt, ActivationPolicy::prohibited),
-        app(35, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"),
+        {30, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"},
+        {31, "com.example.agent", "Agent", std::nullopt, ActivationPolicy::accessory},
+        {32, "com.example.gone", "Gone", "/Applications/Gone.app"},
+        {33, std::nullopt, std::nullopt, std::nullopt},
+        {35, "com.colliderli.iina", "IINA (running)", "/Applications/IINA.app"},
     };
     BundleCatalog catalog(files);
 

@@ -14,7 +14,6 @@ struct FileLoggerTest : testing::Test {
     SimConsole console;
 
     FileLoggerTest() { directories.documents = home.path().string(); }
-    std::string logText() const { return readFile(home.file("Marzipel_debug.log")); }
 };
 
 TEST_F(FileLoggerTest, AppendsTimestampedLinesToWhatIsThere) {
@@ -27,7 +26,7 @@ TEST_F(FileLoggerTest, AppendsTimestampedLinesToWhatIsThere) {
     clock.timestamp = "2/3/26, 4:05:06 AM GMT";
     logger->log("two\nlines");
     logger->log("not UTF-8: \xff");
-    EXPECT_EQ(logText(),
+    EXPECT_EQ(readFile(home.file("Marzipel_debug.log")),
               "earlier run\n1/1/26, 12:00:00 PM UTC: first\nsomeone else\n"
               "2/3/26, 4:05:06 AM GMT: two\nlines\n");
     EXPECT_TRUE(console.lines.empty());

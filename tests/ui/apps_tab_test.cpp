@@ -1,14 +1,10 @@
 #include <QComboBox>
-#include <QFile>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStackedWidget>
-#include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
 
-#include "diagnostics/file_logger.h"
 #include "ui/app_row.h"
 #include "ui/apps_tab.h"
 #include "ui/ui_world.h"
@@ -63,8 +59,6 @@ private Q_SLOTS:
         QVERIFY(!emptyText->isVisible());
         QCOMPARE(shownNames(tab), QStringList({"Alpha", "beta", "VLC"}));
         QVERIFY(!control(tab, "VLC", "videoSwitch"));
-        QCOMPARE(control(tab, "beta", "videoSwitch")->toolTip(),
-                 "Only when playing video (experimental)");
 
         click(control(tab, "Alpha", "videoSwitch"));
         const AppFeatures features = world.settings.appFeatures().get();
@@ -81,7 +75,6 @@ private Q_SLOTS:
         // Regular running apps by name, from the first that is not a trigger app yet.
         world.runApp(1, "com.example.gamma", "gamma");
         world.runApp(2, "com.example.beta", "beta");
-        world.runApp(3, "com.example.agent", "Agent", ActivationPolicy::accessory);
         world.runApp(4, "com.example.alpha", "Alpha");
         world.settings.addTriggerApp({"com.example.alpha", "Alpha", std::nullopt});
         auto* picker = tab.findChild<QComboBox*>("runningApps");
@@ -94,24 +87,14 @@ private Q_SLOTS:
                  (std::set<std::string>{"com.example.alpha", "com.example.beta"}));
         QCOMPARE(picker->currentText(), "gamma");
 
-        world.runApp(5, "com.example.delta", "Delta");
-        click(tab.findChild<QToolButton*>("refreshRunningApps"));
-        QCOMPARE(picker->itemText(2), "Delta");
-        QCOMPARE(picker->currentText(), "Delta");
-
         tab.hide();
         world.runApp(6, "com.example.epsilon", "epsilon");
         tab.show();
-        QCOMPARE(picker->itemText(3), "epsilon");
+        QCOMPARE(picker->itemText(2), "epsilon");
     }
 
     void importFailureAlertsThenReadableBundlesAreAddedAndTheRestSkipped() {
-        QTemporaryDir documents;
         UiWorld world;
-        world.sim.userDirectories.documents = documents.path().toStdString();
-        world.settings.debugLoggingEnabled().set(true);
-        FileLogger::setShared(
-            FileLogger::create(world.sim.userDirectories, world.sim.clock, world.sim.console));
         world.filePicker.result.error = "The folder couldn't be read.";
         AppsTab tab(world.services());
         tab.show();
@@ -121,11 +104,7 @@ private Q_SLOTS:
         QMessageBox* alert = nullptr;
         QTRY_VERIFY((alert = tab.findChild<QMessageBox*>()) && alert->isVisible());
         QCOMPARE(alert->informativeText(), "Failed to import selected app.");
-        QFile log(QString::fromStdString(debugLogFilePath(world.sim.userDirectories)));
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        QVERIFY(log.readAll().contains("Failed to import app: The folder couldn't be read.\n"));
         QVERIFY(storedIds(world).empty());
-        QCOMPARE(alert->buttons().size(), 1);
         click(alert->buttons().front());
         QTRY_VERIFY(!tab.findChild<QMessageBox*>());
 

@@ -1,8 +1,8 @@
 #include <QBuffer>
+#include <QDataStream>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
-#include <QtEndian>
 #include <QtTest>
 
 #include "platform/qt/qt_image_loader.h"
@@ -12,30 +12,23 @@ using namespace marzipel;
 
 namespace {
 
-QByteArray pngBytes(const QImage& image) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-QByteArray bigEndian(quint32 value) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
 /// An icon container as applications ship them: several sizes, the smallest first.
 QByteArray icnsWithSizes(const QList<QPair<QByteArray, int>>& entries) {
     QByteArray body;
+    QDataStream out(&body, QIODevice::WriteOnly);
     for (const auto& [type, side] : entries) {
         QImage square(side, side, QImage::Format_ARGB32);
         square.fill(Qt::blue);
-        const QByteArray png = pngBytes(square);
-        body += type + bigEndian(quint32(8 + png.size())) + png;
+        QBuffer png;
+        png.open(QIODevice::WriteOnly);
+        square.save(&png, "PNG");
+        out.writeRawData(type.constData(), 4);
+        out << quint32(8 + png.size());
+        out.writeRawData(png.data().constData(), int(png.size()));
     }
-    return "icns" + bigEndian(quint32(8 + body.size())) + body;
+    QByteArray icns("icns");
+    QDataStream(&icns, QIODevice::Append) << quint32(8 + body.size());
+    return icns + body;
 }
 
 }  // namespace
@@ -55,25 +48,17 @@ private:
     }
 
 private Q_SLOTS:
-    void readsPixelsAsStraightArgbScaledDownKeepingTheAspect() {
+    void readsPixelsAsStraightArgb() {
         QImage picture(2, 1, QImage::Format_ARGB32);
         picture.setPixel(0, 0, 0x80ff0000);
         picture.setPixel(1, 0, 0xff00ff00);
         QVERIFY(picture.save(dir_.filePath("two.png")));
 
         const Image image = loader_.loadImage(path("two.png"), 64);
-        QCOMPARE(image.width, 2);
-        QCOMPARE(image.height, 1);
+        QCOMPARE(QSize(image.width, image.height), QSize(2, 1));
         QCOMPARE(image.pixels, (std::vector<std::uint32_t>{0x80ff0000, 0xff00ff00}));
         const QImage shown = pixmapFromImage(image, 45).toImage();
         QCOMPARE(shown.convertToFormat(QImage::Format_ARGB32).pixel(0, 0), 0x80ff0000u);
-
-        QImage large(400, 200, QImage::Format_ARGB32);
-        large.fill(Qt::red);
-        QVERIFY(large.save(dir_.filePath("large.png")));
-        const Image scaled = loader_.loadImage(path("large.png"), 100);
-        QCOMPARE(QSize(scaled.width, scaled.height), QSize(100, 50));
-        QCOMPARE(scaled.pixels.size(), std::size_t(100 * 50));
     }
 
     void readsVectorAndIconContainersAndNothingFromUnreadableFiles() {
@@ -95,8 +80,8 @@ private Q_SLOTS:
         }
     }
 
-    void iconsFillTheirSquareOrStayTransparent() {
-        QImage wide(40, 20, QImage::Format_ARGB32);
+    void iconsAreScaledDownIntoTheirSquareOrStayTransparent() {
+        QImage wide(400, 200, QImage::Format_ARGB32);
         wide.fill(Qt::red);
         QVERIFY(wide.save(dir_.filePath("wide.png")));
         const QImage icon = appIconPixmap(loader_, path("wide.png"), 45).toImage();

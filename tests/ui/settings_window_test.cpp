@@ -3,7 +3,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "diagnostics/file_logger.h"
 #include "ui/settings_window.h"
 #include "ui/ui_world.h"
 
@@ -53,8 +52,7 @@ private Q_SLOTS:
         QTest::mouseClick(nightShift, Qt::LeftButton);
         QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::keyboardBacklight});
         open.find<QCheckBox>("disableKeyboardBacklight")->click();
-        open.find<QCheckBox>("disableNightShift")->click();
-        QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::nightShift});
+        QVERIFY(open.storedFeatures().empty());
 
         // Changes made elsewhere show up too.
         open.world.settings.setFeatureEnabled(Feature::keyboardBacklight, true);
@@ -68,7 +66,6 @@ private Q_SLOTS:
         QVERIFY(!launchAtLogin->isChecked());
         QTRY_VERIFY(launchAtLogin->isChecked());
 
-        QVERIFY(open.find<QWidget>("updaterRow")->isVisible());
         open.find<QCheckBox>("automaticallyCheckForUpdates")->click();
         QCOMPARE(open.world.sim.updater.automaticChecks, false);
         open.find<QAbstractButton>("checkNow")->click();
@@ -85,19 +82,12 @@ private Q_SLOTS:
         QTest::keyClick(window, Qt::Key_D, Qt::ControlModifier);
         QTest::keyClick(window, Qt::Key_D, Qt::ShiftModifier);
         key(window, true, ctrlShift);
-        QCoreApplication::processEvents();
-        QVERIFY(!open.advancedShown());
-        key(window, false, ctrlShift);
-        QTRY_VERIFY(open.advancedShown());
-
-        QTest::keyClick(window, Qt::Key_D, ctrlShift | Qt::AltModifier);
-        QTRY_VERIFY(!open.advancedShown());
-
-        key(window, true, ctrlShift);
         for (int i = 0; i < 3; ++i) {
             key(window, false, ctrlShift, true);
             key(window, true, ctrlShift, true);
         }
+        QCoreApplication::processEvents();
+        QVERIFY(!open.advancedShown());
         key(window, false, ctrlShift);
         QTRY_VERIFY(open.advancedShown());
         QCoreApplication::processEvents();
@@ -109,13 +99,8 @@ private Q_SLOTS:
         open.find<QCheckBox>("enableDebugLogging")->click();
         QVERIFY(open.world.settings.debugLoggingEnabled().get());
         QTRY_COMPARE(logs->text(), "Logs are being saved to " + path);
-        FileLogger* logger = FileLogger::shared();
-        QVERIFY(logger);
-        QCOMPARE(logger->logFilePath(), path.toStdString());
-        // Switched off, the logger stays for the rest of the run.
         open.find<QCheckBox>("enableDebugLogging")->click();
         QTRY_COMPARE(logs->text(), "Logs will be saved to " + path);
-        QCOMPARE(FileLogger::shared(), logger);
 
         QTest::mouseClick(logs, Qt::LeftButton);
         QCOMPARE(open.world.sim.workspace.openedFolders,

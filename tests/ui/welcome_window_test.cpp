@@ -13,14 +13,6 @@ using namespace marzipel;
 
 namespace {
 
-/// A player installed in the applications folder that discovery searches first.
-void install(UiWorld& world, const std::string& bundle, const std::string& id,
-             const std::string& name) {
-    const std::string path = "/Applications/" + bundle;
-    world.bundleFiles.addEntry("/Applications", path);
-    world.addBundle(path, id, name);
-}
-
 QString labelText(const QWidget* window, const char* name) {
     return window->findChild<QLabel*>(name)->text();
 }
@@ -31,14 +23,19 @@ class WelcomeWindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void withoutPlayersShowsNoListAndStillStoresFeatures() {
+    void closingLeavesTheDockAndConfirmingAlsoStoresWithoutPlayers() {
         UiWorld world;
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
+        manager.window()->close();
+        QTRY_VERIFY(!manager.window());
+        QVERIFY(!world.settings.welcomeScreenShown().get());
+        QCOMPARE(world.settings.enabledApps().get().size(), 1u);
+
+        manager.showWelcomeWindow();
         QWidget* window = manager.window();
         QVERIFY(QTest::qWaitForWindowExposed(window));
-
         QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
         QCOMPARE(world.sim.application.calls.back(), "activate");
         QCOMPARE(labelText(window, "detectedAppsHeading"),
@@ -56,14 +53,16 @@ private Q_SLOTS:
         QTRY_VERIFY(!manager.window());
         // Confirming closes the window, which deals with launch at login and the Dock once.
         QCOMPARE(std::ranges::count(world.loginItems.calls, "register"), 1);
-        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 1);
+        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 2);
     }
 
     void offersFoundPlayersAllOffAndStoresThePicked() {
         UiWorld world;
-        install(world, "IINA.app", "com.colliderli.iina", "IINA");
-        install(world, "TextEdit.app", "com.apple.TextEdit", "TextEdit");
-        install(world, "VLC.app", "org.videolan.vlc", "VLC");
+        // Players installed in the applications folder that discovery searches first.
+        world.bundleFiles.addEntry("/Applications", "/Applications/IINA.app");
+        world.addBundle("/Applications/IINA.app", "com.colliderli.iina", "IINA");
+        world.bundleFiles.addEntry("/Applications", "/Applications/VLC.app");
+        world.addBundle("/Applications/VLC.app", "org.videolan.vlc", "VLC");
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
@@ -89,17 +88,6 @@ private Q_SLOTS:
                  (std::set<AppItem>{{"org.videolan.vlc", "VLC", std::nullopt}}));
         QCOMPARE(world.settings.enabledFeatures().get(),
                  (std::set<Feature>{Feature::keyboardBacklight, Feature::nightShift}));
-    }
-
-    void closingWithoutConfirmingStillLeavesTheDockButStoresNothing() {
-        UiWorld world;
-        WelcomeWindowManager manager(world.services());
-        manager.showWelcomeWindow();
-        manager.window()->close();
-        QTRY_VERIFY(!manager.window());
-        QCOMPARE(world.sim.application.policy, ActivationPolicy::accessory);
-        QCOMPARE(world.loginItems.currentStatus, LoginItemStatus::enabled);
-        QVERIFY(!world.settings.welcomeScreenShown().get());
     }
 };
 

@@ -35,27 +35,25 @@ struct SettingsAccessTest : testing::Test {
     }
 };
 
-TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionOverThePreferencesOne) {
+TEST_F(SettingsAccessTest, LegacyRoutePrefersTheSettingsActionAndTheButtonWrapsItAnyway) {
     application.version = {13, 6, 1};
     OpenSettingsAccessAction open(application);
     link(open, std::nullopt);
     answer("showPreferencesWindow:");
     EXPECT_EQ(open(), std::nullopt);
     answer("showSettingsWindow:");
-    EXPECT_EQ(open(), std::nullopt);
-    // Below 14.0 nothing replaces the legacy route: the link never runs.
-    EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "delegate showSettingsWindow:"}));
-
+    press(open);
     application.hasDelegate = false;
     EXPECT_EQ(open(), OpenSettingsFailure(OpenSettingsError::selectorNotFound));
-    application.hasDelegate = true;
-    application.delegateActions.clear();
-    EXPECT_EQ(openSettingsLegacy(application), LegacyOpenSettingsError::selectorNotFound);
+    press(open);
+    // Below 14.0 nothing replaces the legacy route: the link never runs.
+    EXPECT_EQ(events, (Calls{"delegate showPreferencesWindow:", "pre",
+                             "delegate showSettingsWindow:", "post", "pre", "post"}));
 
+    application.hasDelegate = true;
     application.version = {14, 0, 0};
-    answer("showSettingsWindow:");
     EXPECT_EQ(openSettingsLegacy(application), LegacyOpenSettingsError::unsupportedPlatform);
-    EXPECT_EQ(events.size(), 2u);
+    EXPECT_EQ(events.size(), 6u);
 }
 
 TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors) {
@@ -74,21 +72,8 @@ TEST_F(SettingsAccessTest, InstalledLinkErrorsReachTheCallerAsOpenSettingsErrors
               OpenSettingsFailure(OtherOpenSettingsError{"The operation couldn’t be completed."}));
 }
 
-// The tray activates before sending below 14.0 and after opening from 14.0 on.
-TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundOpeningWhateverOpeningDoes) {
-    application.version = {13, 0, 0};
-    answer("showSettingsWindow:");
-    OpenSettingsAccessAction legacy(application);
-    press(legacy);
-    application.hasDelegate = false;
-    press(legacy);
-    application.hasDelegate = true;
-    openSettingsFromTray(legacy, application);
-    EXPECT_EQ(events, (Calls{"pre", "delegate showSettingsWindow:", "post", "pre", "post",
-                             "activate", "send showSettingsWindow:"}));
-
-    events.clear();
-    application.version = {14, 0, 0};
+// From 14.0 on the tray activates after opening; below it before sending, as the tray's test sees.
+TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundTheLinkWhateverItAnswers) {
     OpenSettingsAccessAction open(application);
     press(open);
     link(open, OtherOpenSettingsError{"failed"});
@@ -96,11 +81,6 @@ TEST_F(SettingsAccessTest, ButtonAndTrayOrderTheirStepsAroundOpeningWhateverOpen
     link(open, std::nullopt);
     openSettingsFromTray(open, application);
     EXPECT_EQ(events, (Calls{"pre", "post", "pre", "link", "post", "link", "activate"}));
-}
-
-TEST(TrayCommandsTest, IconIsEighteenPointsHighAndKeepsItsProportions) {
-    EXPECT_EQ(trayIconSize({512, 512}), (PointSize{18, 18}));
-    EXPECT_EQ(trayIconSize({600, 300}), (PointSize{36, 18}));
 }
 
 struct SettingsViewModelTest : testing::Test {
@@ -115,18 +95,13 @@ struct SettingsViewModelTest : testing::Test {
     }
 };
 
-// Which key combinations toggle is checked through the settings window; this covers the
-// deferred toggle, which the window test cannot see.
+// Which key combinations toggle, and the window following the model, are checked through the
+// settings window; this covers the deferred toggle, which the window test cannot see.
 TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGone) {
-    int changes = 0;
-    auto changed = model->onChanged([&] { ++changes; });
-    model->keyReleased({.key = 'E', .shift = true, .command = true});
-    EXPECT_TRUE(posted.empty());
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     EXPECT_FALSE(model->showAdvancedSettings()) << "not while the key event is handled";
     runPosted();
     EXPECT_TRUE(model->showAdvancedSettings());
-    EXPECT_EQ(changes, 1);
 
     model->keyReleased({.key = 'D', .shift = true, .command = true});
     model.reset();
