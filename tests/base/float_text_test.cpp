@@ -17,9 +17,8 @@ namespace {
 /// its neighbours, where the interval that reads back is lopsided.
 std::vector<float> sampleFloats() {
     std::vector<float> samples;
-    for (std::uint32_t bits = 1; bits < 0x7f800000u; bits += 200003) {
+    for (std::uint32_t bits = 1; bits < 0x7f800000u; bits += 200003)
         samples.push_back(std::bit_cast<float>(bits));
-    }
     for (int exponent = -149; exponent <= 127; ++exponent) {
         const float power = std::ldexp(1.0f, exponent);
         samples.insert(samples.end(),

@@ -33,9 +33,8 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
         {{7, 30}, {7, 45}, {7, 20}, false},
         {{7, 30}, {7, 45}, {7, 50}, true},
     };
-    for (const Case& c : cases) {
+    for (const Case& c : cases)
         EXPECT_EQ(isWithinCustomSchedule(c.now, c.from, c.to), c.within) << "case " << &c - cases;
-    }
 }
 
 // The marker that lets a run put back what an earlier run left off: restored once, at launch,

@@ -57,9 +57,8 @@ TEST(BundleReaderTest, UnreadableBundlesGiveNothingAndASlashDoesNotDouble) {
     writeFile(folder / "Garbage.app/Contents/Info.plist", "\x01\x02 not a property list");
     writeInfo("Big.app", {{"CFBundleIdentifier", "big"},
                           {"Padding", std::string(BundleFiles::maxPropertyListBytes, 'x')}});
-    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Big.app"}) {
+    for (const char* name : {"File.app", "Empty.app", "Garbage.app", "Big.app"})
         EXPECT_FALSE(appItemFromBundle(folder / name, files)) << name;
-    }
 
     writeInfo("VLC.app",
               {{"CFBundleIdentifier", "org.videolan.vlc"}, {"CFBundleIconFile", "VLC.icns"}});

@@ -61,9 +61,8 @@ TEST(VideoPlaybackProbeTest, RepliesOfAnyOtherShapeAreSilentlyNotPlaying) {
     const auto playing = [&](std::optional<std::map<std::int32_t, PlistValue>> table) {
         assertions.reply = {0, std::move(table)};
         std::vector<std::int32_t> pids;
-        for (const RunningApplication& app : probe.applicationsPlayingVideo()) {
+        for (const RunningApplication& app : probe.applicationsPlayingVideo())
             pids.push_back(app.processId);
-        }
         return pids;
     };
     const PlistValue display = assertion("PreventUserIdleDisplaySleep");

@@ -33,9 +33,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     for (const char* icon :
          {"icons/hicolor/scalable/apps/vlc.svg", "icons/hicolor/48x48/apps/mpv.png",
           "icons/hicolor/256x256/apps/mpv.png", "icons/hicolor/32x32@2/apps/kodi.png",
-          "pixmaps/smplayer.xpm"}) {
+          "pixmaps/smplayer.xpm"})
         marzipel::writeFile(share / icon, "");
-    }
     setenv("LANGUAGE", "de_DE:fr", 1);
     g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR));
     return 0;

@@ -14,9 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::optional<marzipel::AppItem> item = marzipel::appItemFromInfoPlist(bundle, *info);
     if (item && item->iconPath) {
         const std::string& icon = *item->iconPath;
-        if (!icon.starts_with(bundle + "/Contents/Resources/") || !icon.ends_with(".icns")) {
+        if (!icon.starts_with(bundle + "/Contents/Resources/") || !icon.ends_with(".icns"))
             std::abort();
-        }
     }
     return 0;
 }

@@ -26,12 +26,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         expected.insert_or_assign("fuzz", true);
         const PlistFilePreferencesStore reloaded(path, log);
         if (toXmlPropertyList(PlistValue(expected)) !=
-            toXmlPropertyList(PlistValue(reloaded.storedValues()))) {
+            toXmlPropertyList(PlistValue(reloaded.storedValues())))
             std::abort();
-        }
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         std::filesystem::remove_all(entry.path());
-    }
     return 0;
 }

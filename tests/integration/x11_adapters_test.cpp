@@ -18,15 +18,9 @@ namespace marzipel {
 namespace {
 
 // Above the kernel's largest process id, so that no real process answers for them.
-constexpr std::int32_t kTotem = 5000001;
-constexpr std::int32_t kFlatpakVlc = 5000002;
-constexpr std::int32_t kFlatpakCelluloid = 5000003;
-constexpr std::int32_t kSnapMpv = 5000004;
-constexpr std::int32_t kFirefox = 5000005;
-constexpr std::int32_t kSmplayer = 5000006;
-constexpr std::int32_t kUnknown = 5000007;
-constexpr std::int32_t kTrayHelper = 5000008;
-constexpr std::int32_t kPalette = 5000009;
+constexpr std::int32_t kTotem = 5000001, kFlatpakVlc = 5000002, kFlatpakCelluloid = 5000003,
+                       kSnapMpv = 5000004, kFirefox = 5000005, kSmplayer = 5000006,
+                       kUnknown = 5000007, kTrayHelper = 5000008, kPalette = 5000009;
 
 using Summary = std::tuple<std::int32_t, std::optional<std::string>, std::optional<std::string>,
                            std::optional<std::string>, ActivationPolicy>;
@@ -86,6 +80,11 @@ protected:
         settle();
         settled = posts.size();
         action();
+    }
+
+    /// The frontmost application, or one of process id 0 when there is none.
+    Summary frontmost() {
+        return summary(workspace.frontmostApplication().value_or(RunningApplication{}));
     }
 
     void writeProcFile(std::int32_t processId, const std::string& name, std::string_view text) {
@@ -174,9 +173,7 @@ TEST_F(X11Test, FollowsAWindowWhoseIdCameBackWithANewClient) {
     EXPECT_FALSE(monitor.isOnActiveSpace());
     act([&] { player.setFullScreen(window, false); });
     EXPECT_TRUE(postedWhile(window, true));
-    const auto front = workspace.frontmostApplication();
-    ASSERT_TRUE(front.has_value());
-    EXPECT_EQ(front->processId, 4343);
+    EXPECT_EQ(std::get<0>(frontmost()), 4343);
 }
 
 TEST_F(X11Test, SaysOnceThatTheServerWentAwayAndAnswersTrue) {
@@ -268,13 +265,9 @@ TEST_F(X11Test, FindsEachApplicationsEntryInOrderOfTrustAndOneEntryPerProcess) {
     EXPECT_EQ(workspace.runningApplication(kPalette + 1), std::nullopt) << "no window";
 
     client.activate(player);
-    auto front = workspace.frontmostApplication();
-    ASSERT_TRUE(front);
-    EXPECT_EQ(summary(*front), expected[3]);
+    EXPECT_EQ(frontmost(), expected[3]);
     client.activate(late);
-    front = workspace.frontmostApplication();
-    ASSERT_TRUE(front);
-    EXPECT_EQ(summary(*front), expected[7]);
+    EXPECT_EQ(frontmost(), expected[7]);
 }
 
 TEST_F(X11Test, AnswerReadAheadServesTheRestOfTheTurn) {
@@ -288,17 +281,12 @@ TEST_F(X11Test, AnswerReadAheadServesTheRestOfTheTurn) {
                             client.x().ewmh()._NET_WM_PID, XCB_ATOM_CARDINAL, 32, 1, &processId);
         client.x().sync();
     };
-    const auto frontmostId = [&] {
-        const auto front = workspace.frontmostApplication();
-        return front ? front->processId : 0;
-    };
-    const auto asked = workspace.frontmostApplication();
-    ASSERT_TRUE(asked);
+    const auto frontmostId = [&] { return std::get<0>(frontmost()); };
+    const Summary asked = frontmost();
+    ASSERT_EQ(std::get<0>(asked), kSnapMpv);
 
     workspace.readAhead(player);
-    const auto readAhead = workspace.frontmostApplication();
-    ASSERT_TRUE(readAhead);
-    EXPECT_EQ(summary(*readAhead), summary(*asked)) << "read from the guessed window alone";
+    EXPECT_EQ(frontmost(), asked) << "read from the guessed window alone";
     setProcessId(kTrayHelper);
     EXPECT_EQ(frontmostId(), kSnapMpv) << "later in the same turn";
     QCoreApplication::processEvents();

@@ -121,9 +121,8 @@ TEST(FeatureTest, ReadsTheOneKnownMemberWhateverItHolds) {
     EXPECT_EQ(read(R"({"nightShift":{"x":1}})"), Feature::nightShift);
     EXPECT_EQ(read(R"({"nightShift":{},"foo":{}})"), Feature::nightShift);
     for (const char* bad : {"{}", R"({"nightShift":{},"keyboardBacklight":{}})", R"({"foo":{}})",
-                            R"("nightShift")", R"({"nightShift":1})"}) {
+                            R"("nightShift")", R"({"nightShift":1})"})
         EXPECT_EQ(read(bad), std::nullopt) << bad;
-    }
 }
 
 TEST_F(SettingsTest, AddComparesIdsButRemoveComparesWholeItems) {

@@ -75,9 +75,8 @@ private Q_SLOTS:
 
         writeFile("garbage.png", "\x89PNG but not really a picture");
         writeFile("Broken.icns", icnsWithSizes({{"ic08", 256}}).left(60));
-        for (const char* name : {"garbage.png", "Broken.icns", "missing.png"}) {
+        for (const char* name : {"garbage.png", "Broken.icns", "missing.png"})
             QVERIFY2(loader_.loadImage(path(name), 64).isEmpty(), name);
-        }
     }
 
     void iconsAreScaledDownIntoTheirSquareOrStayTransparent() {

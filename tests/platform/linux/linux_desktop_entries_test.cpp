@@ -72,9 +72,8 @@ TEST_F(LinuxDesktopEntriesTest, ReadsTheFieldsOfAnEntryOrNothing) {
     // A named pipe must not stall the reader.
     ASSERT_EQ(mkfifo((system + "/applications/pipe.desktop").c_str(), 0600), 0);
     for (const char* name :
-         {"missing.desktop", "other-group.desktop", "broken.desktop", "pipe.desktop", ""}) {
+         {"missing.desktop", "other-group.desktop", "broken.desktop", "pipe.desktop", ""})
         EXPECT_FALSE(entries.readEntry(system + "/applications/" + name)) << name;
-    }
 }
 
 TEST_F(LinuxDesktopEntriesTest, IdsShadowingAndLaterChangesAsLookupsAndTheSearchSeeThem) {
@@ -153,9 +152,8 @@ TEST_F(LinuxDesktopEntriesTest, ResolvesIconsThroughTheThemeFolders) {
     for (const char* name : {"mpv", "mpv.png"}) EXPECT_EQ(icons.find(name), mpv) << name;
     for (const char* name : {"smplayer", "smplayer.xpm"}) EXPECT_EQ(icons.find(name), smplayer);
     for (const std::string& name : {temp / "opt/player/missing.png", std::string("missing"),
-                                    std::string("../scalable/apps/vlc"), std::string()}) {
+                                    std::string("../scalable/apps/vlc"), std::string()})
         EXPECT_EQ(icons.find(name), std::nullopt) << name;
-    }
 }
 
 TEST(XdgDataFoldersTest, FollowsTheEnvironmentAndAddsTheSandboxExports) {

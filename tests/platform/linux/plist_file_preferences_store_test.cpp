@@ -25,9 +25,8 @@ class PlistFilePreferencesStoreTest : public ::testing::Test {
 protected:
     std::vector<std::string> folderEntries() const {
         std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(fs::path(path).parent_path())) {
+        for (const auto& entry : fs::directory_iterator(fs::path(path).parent_path()))
             names.push_back(entry.path().filename().string());
-        }
         std::sort(names.begin(), names.end());
         return names;
     }

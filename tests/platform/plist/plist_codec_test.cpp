@@ -105,9 +105,7 @@ TEST(PlistCodecTest, RefusesWhatIsNotAPropertyList) {
         utf16Nul,
         std::string_view("\0\0\0\0", 4),
     };
-    for (std::string_view input : inputs) {
-        EXPECT_EQ(parse(input), std::nullopt) << input;
-    }
+    for (std::string_view input : inputs) EXPECT_EQ(parse(input), std::nullopt) << input;
 }
 
 TEST(PlistCodecTest, RefusesIntegersOutsideTheSignedRangeRatherThanWrappingThem) {
@@ -139,9 +137,8 @@ TEST(PlistCodecTest, RefusesNestingTooDeepForTheParser) {
     EXPECT_FALSE(within(nestedXml(maxPropertyListDepth + 1)));
     // Closing tags that the parser skips must not hide the nesting.
     for (std::string_view hidden : {"<!-- > </array> -->", "<![CDATA[ > </dict> ]]>",
-                                    "<?pi > </array> ?>", "<key a='>' b=\"</array>\"/>"}) {
+                                    "<?pi > </array> ?>", "<key a='>' b=\"</array>\"/>"})
         EXPECT_FALSE(within(nestedXml(maxPropertyListDepth + 1, hidden))) << hidden;
-    }
     EXPECT_TRUE(within(nestedXml(maxPropertyListDepth - 1, "<array/><dict ></dict><dict\n/>")));
 
     const std::string binaryTooDeep = binaryOfXml(nestedXml(maxPropertyListDepth + 1));
