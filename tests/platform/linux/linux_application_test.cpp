@@ -84,12 +84,10 @@ private Q_SLOTS:
         QVERIFY(!application.sendAction("showSettingsWindow:"));
         int calls = 0;
         application.installDelegateAction("showSettingsWindow:", [&] { calls += 1; });
-        QVERIFY(application.delegateRespondsTo("showSettingsWindow:"));
         QVERIFY(application.sendAction("showSettingsWindow:"));
-        application.sendActionToDelegate("showSettingsWindow:");
         application.installDelegateAction("showSettingsWindow:", [&] { calls += 10; });
         application.sendActionToDelegate("showSettingsWindow:");
-        QCOMPARE(calls, 12);
+        QCOMPARE(calls, 11);
     }
 
     void showsOneAboutBoxWithNameAndVersion() {
