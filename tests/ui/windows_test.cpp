@@ -1,17 +1,24 @@
+// The windows and the tray over an in-memory world.
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
+#include <algorithm>
 
 #include "ui/app_row.h"
 #include "ui/apps_tab.h"
+#include "ui/image_toggle.h"
 #include "ui/settings_window.h"
+#include "ui/tray.h"
 #include "ui/ui_world.h"
+#include "ui/welcome_window.h"
 
 using namespace marzipel;
 
@@ -67,9 +74,28 @@ T* control(const AppsTab& tab, const char* rowName, const char* name) {
     return row ? row->findChild<T*>(name) : nullptr;
 }
 
+QString labelText(const QWidget* window, const char* name) {
+    return window->findChild<QLabel*>(name)->text();
+}
+
+/// A tray over a state of its own, as the program makes one.
+struct TrayWorld : UiWorld {
+    MarzipelState state;
+    TrayModel model{state, sim.workspace, sim.application};
+    OpenSettingsAccessAction openSettings{sim.application};
+    MarzipelTray tray{model, openSettings, sim.application, sim.systemLog};
+};
+
+QAction* entry(const MarzipelTray& tray, const char* name) {
+    return tray.menu()->findChild<QAction*>(name);
+}
+
+/// The text a menu entry shows.
+QString shown(const QAction* action) { return action->text().replace("&&", "&"); }
+
 }  // namespace
 
-class SettingsWindowTest : public QObject {
+class WindowsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -234,7 +260,122 @@ private Q_SLOTS:
         QCOMPARE(shownNames(tab), QStringList({"A", "C"}));
         QVERIFY(!tab.findChild<QMessageBox*>());
     }
+
+    void closingLeavesTheDockAndConfirmingAlsoStoresWithoutPlayers() {
+        UiWorld world;
+        world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
+        WelcomeWindowManager manager(world.services());
+        manager.showWelcomeWindow();
+        manager.window()->close();
+        QTRY_VERIFY(!manager.window());
+        QVERIFY(!world.settings.welcomeScreenShown().get());
+        QCOMPARE(world.settings.enabledApps().get().size(), 1u);
+
+        manager.showWelcomeWindow();
+        QWidget* window = manager.window();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
+        QCOMPARE(world.sim.application.calls.back(), "activate");
+        QCOMPARE(labelText(window, "detectedAppsHeading"),
+                 "Unfortunately, we found no known video apps on your device.");
+        QCOMPARE(labelText(window, "featuresHeading"),
+                 "When one of the apps I will select goes fullscreen, I want to");
+        QVERIFY(!window->findChild<AppList*>());
+
+        QTest::mouseClick(window->findChild<ImageToggle*>("nightShiftToggle"), Qt::LeftButton);
+        QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
+        QVERIFY(world.settings.enabledApps().get().empty());
+        QCOMPARE(world.settings.enabledFeatures().get(),
+                 std::set<Feature>{Feature::keyboardBacklight});
+        QVERIFY(world.settings.welcomeScreenShown().get());
+        QTRY_VERIFY(!manager.window());
+        // Confirming closes the window, which deals with launch at login and the Dock once.
+        QCOMPARE(std::ranges::count(world.loginItems.calls, "register"), 1);
+        QCOMPARE(std::ranges::count(world.sim.application.calls, "policy accessory"), 2);
+    }
+
+    void offersFoundPlayersAllOffAndStoresThePicked() {
+        UiWorld world;
+        // Players installed in the applications folder that discovery searches first.
+        world.bundleFiles.addEntry("/Applications", "/Applications/IINA.app");
+        world.addBundle("/Applications/IINA.app", "com.colliderli.iina", "IINA");
+        world.bundleFiles.addEntry("/Applications", "/Applications/VLC.app");
+        world.addBundle("/Applications/VLC.app", "org.videolan.vlc", "VLC");
+        world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
+        WelcomeWindowManager manager(world.services());
+        manager.showWelcomeWindow();
+        QPointer<QWidget> first = manager.window();
+        manager.showWelcomeWindow();
+        QVERIFY(!first);
+        QWidget* window = manager.window();
+
+        QCOMPARE(labelText(window, "detectedAppsHeading"),
+                 "We have detected a few compatible apps for you");
+        QCOMPARE(labelText(window, "featuresHeading"),
+                 "When one of the above apps goes fullscreen, I want to:");
+        const QList<AppRow*> rows = window->findChild<AppList*>()->rows();
+        QCOMPARE(rows.size(), 2);
+        QCOMPARE(rows[0]->objectName(), "IINA");
+        QCOMPARE(rows[1]->objectName(), "VLC");
+        for (AppRow* row : rows) QVERIFY(!row->findChild<QCheckBox*>("appSwitch")->isChecked());
+        for (auto* toggle : window->findChildren<ImageToggle*>()) QVERIFY(toggle->isChecked());
+
+        rows[1]->findChild<QCheckBox*>("appSwitch")->click();
+        QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
+        QCOMPARE(world.settings.enabledApps().get(),
+                 (std::set<AppItem>{{"org.videolan.vlc", "VLC", std::nullopt}}));
+        QCOMPARE(world.settings.enabledFeatures().get(),
+                 (std::set<Feature>{Feature::keyboardBacklight, Feature::nightShift}));
+    }
+
+    // Every scenario prints the status for each state; this covers the entry that shows it.
+    void statusLineFollowsTheState() {
+        TrayWorld world;
+        MarzipelState& state = world.state;
+        world.runApp(7, "org.example.tomandjerry", "Tom & Jerry");
+        QAction* status = entry(world.tray, "statusLine");
+
+        QCOMPARE(shown(status), "Waiting for triggers...");
+        QVERIFY(!status->isEnabled());
+        world.sim.workspace.frontmostProcessId = 7;
+        state.setIsActive(true);
+        // The name is the one frontmost when the state changed, not whichever is frontmost now.
+        world.runApp(8, "org.example.other", "Other");
+        world.sim.workspace.frontmostProcessId = 8;
+        QCOMPARE(shown(status), "Active for Tom & Jerry");
+        state.setIsActive(false);
+        QCOMPARE(shown(status), "Waiting for triggers...");
+    }
+
+    // That Quit marks the end as the user's own before asking to terminate is run by the quit
+    // scenarios, and that one settings window opens whichever way it is asked for above; this
+    // covers the entries and the quit keys of the open menu.
+    void entriesAndQuitKeysReachTheApplication() {
+        TrayWorld world;
+        QMenu* menu = world.tray.menu();
+        world.sim.application.version = {13, 0, 0};
+        entry(world.tray, "configure")->trigger();
+        entry(world.tray, "about")->trigger();
+        entry(world.tray, "quit")->trigger();
+        menu->popup(QPoint(20, 20));
+        QVERIFY(QTest::qWaitForWindowExposed(menu));
+        QTest::keyClick(menu->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+        QTRY_COMPARE(world.sim.application.calls,
+                     (std::vector<std::string>{"activate", "send showSettingsWindow:", "activate",
+                                               "about", "terminate", "terminate"}));
+    }
+
+    void withoutSystemTraySaysSoAndStillDrawsItsMark() {
+        if (QSystemTrayIcon::isSystemTrayAvailable()) QSKIP("this platform has a system tray");
+        TrayWorld world;
+        QCOMPARE(world.sim.systemLog.entries.size(), 1u);
+        QVERIFY(
+            world.sim.systemLog.entries[0].starts_with("com.orsavelt/MarzipelApp: No system tray"));
+        const QImage mark = world.tray.trayIcon()->icon().pixmap(QSize(18, 18)).toImage();
+        QCOMPARE(mark.size(), QSize(18, 18));
+        QVERIFY(mark.pixelColor(9, 7).alpha() > 0);
+    }
 };
 
-QTEST_MAIN(SettingsWindowTest)
-#include "settings_window_test.moc"
+QTEST_MAIN(WindowsTest)
+#include "windows_test.moc"
