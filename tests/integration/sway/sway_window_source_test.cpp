@@ -92,8 +92,7 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenAndWorkspacesUntilSwayEnds) {
     session.command("[app_id=org.example.Player] fullscreen disable");
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
     // The client asks for itself.
-    kill(player.pid(), SIGUSR1);
-    EXPECT_TRUE(waitForFocus(windows, player.pid(), true));
+    EXPECT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return !windows.isOnActiveSpace(); }));
 
     session.command("workspace 2");
     EXPECT_TRUE(waitForFocus(windows, 0));
@@ -105,9 +104,10 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenAndWorkspacesUntilSwayEnds) {
         session.command(window == player.pid() ? "workspace 1" : "workspace 2");
         EXPECT_TRUE(waitForFocus(windows, window, true));
     }
-    // A window closing out of sight.
-    other.stop();
-    EXPECT_TRUE(waitForRunning(windows, {player.pid(), viewer.pid()}));
+    // The focused full-screen window closes: focus goes to the viewer beside it.
+    player.stop();
+    EXPECT_TRUE(waitForFocus(windows, viewer.pid()));
+    EXPECT_TRUE(waitForRunning(windows, {viewer.pid(), other.pid()}));
 
     EXPECT_TRUE(log.entries.empty());
     // Sway goes away under the source.

@@ -33,7 +33,8 @@ bool marzipelOnBus() {
 // A second start opens the first one's settings and ends; a trigger player in and out of full
 // screen; KWin killed while it is full screen: Qt ends the run with its compositor, the run
 // started again has no display and puts the keyboard back, and once KWin is back a run of its
-// own shows on it; Marzipel killed, supervisor and all: KWin lifts the inhibition by itself.
+// own shows on it; the full-screen player closing; Marzipel killed, supervisor and all: KWin
+// lifts the inhibition by itself.
 TEST(KWinProgramTest, TriggerPlayerInhibitsNightColorUntilItLeavesOrARunEndsOneMarzipelAtATime) {
     programtest::writeDesktopEntries();
     KWinSession kwin;
@@ -72,13 +73,13 @@ TEST(KWinProgramTest, TriggerPlayerInhibitsNightColorUntilItLeavesOrARunEndsOneM
     kill(player.pid(), SIGUSR1);
     ASSERT_TRUE(waitUntil([&] { return levelsSet() == std::vector<int>{0}; }));
     EXPECT_TRUE(waitUntil(nightColorInhibited));
-    kill(player.pid(), SIGUSR2);
-    ASSERT_TRUE(waitUntil([&] { return levelsSet().size() == 2; }));
+    ASSERT_TRUE(signalUntil(player.pid(), SIGUSR2, [&] { return levelsSet().size() == 2; }));
     EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
 
-    kill(player.pid(), SIGUSR1);
-    ASSERT_TRUE(waitUntil([&] { return levelsSet() == std::vector<int>{0, 2, 0}; }));
+    ASSERT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] {
+        return levelsSet() == std::vector<int>{0, 2, 0};
+    }));
     ASSERT_TRUE(waitUntil([&] { return marzipel.activeRunSaved(); }));
     kwin.kill();
     EXPECT_TRUE(waitUntil([&] { return levelsSet() == std::vector<int>{0, 2, 0, 2}; }));
@@ -93,6 +94,14 @@ TEST(KWinProgramTest, TriggerPlayerInhibitsNightColorUntilItLeavesOrARunEndsOneM
     player = kwin.openWindow(kPlayer);
     kill(player.pid(), SIGUSR1);
     ASSERT_TRUE(waitUntil([&] { return levelsSet() == std::vector<int>{0, 2, 0, 2, 0}; }, 15s));
+    ASSERT_TRUE(waitUntil(nightColorInhibited));
+    // The full-screen player closes.
+    player.stop();
+    EXPECT_TRUE(waitUntil([&] { return levelsSet().size() == 6 && levelsSet().back() == 2; }));
+    EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
+
+    player = kwin.openWindow(kPlayer);
+    kill(player.pid(), SIGUSR1);
     ASSERT_TRUE(waitUntil(nightColorInhibited));
     kill(-marzipel.process().pid(), SIGKILL);
     EXPECT_TRUE(waitUntil([] { return !nightColorInhibited(); }));
