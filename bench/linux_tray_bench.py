@@ -7,8 +7,8 @@
 Builds marzipel, marzipel_bare_tray and the stand-in UPower keyboard backlight
 (keyboard_backlight_stand_in.cpp) in the build folder (configured with MARZIPEL_BENCHMARKS on),
 then starts Xvfb, openbox, trayer, private session and system buses, the stand-in UPower and the
-real gsd-color, and prints for both programs the resident
-memory after start, and the CPU time and voluntary context switches over the idle period; then
+real gsd-color, and prints for both programs the resident memory after start, and the CPU time
+and voluntary context switches over the idle period; then
 for marzipel the time from asking the window manager for full screen to SetBrightness(0) reaching
 the stand-in UPower, over repeated toggles.
 

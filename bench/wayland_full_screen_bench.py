@@ -8,12 +8,13 @@ bare listener of the compositor's report, in one run.
 Builds marzipel, the tests' window program and the benches' stand-in UPower, starts a private
 session and system bus, the compositor (headless KWin, or headless GNOME Shell with marzipel's
 extension), and the stand-in UPower keyboard backlight (keyboard_backlight_stand_in.cpp). The
-window program plays the video player and is asked for full screen by a signal. First a bare listener hears the compositor's reports: the
-time from the request to a report reaching it is the compositor's share. Then marzipel runs
-instead, and the time from the request to SetBrightness(0) reaching the stand-in UPower is the
-whole; the difference of the medians is marzipel's own share, and so is the time from the
-report passing on the bus to SetBrightness(0). What is particular to a compositor is in one
-class below, so that others can be added.
+window program plays the video player and is asked for full screen by a signal. First a bare
+listener hears the compositor's reports: the time from the request to a report reaching it is
+the compositor's share. Then marzipel runs instead, and the time from the request to
+SetBrightness(0) reaching the stand-in UPower is the whole; the difference of the medians is
+marzipel's own share, and so is the time from the report passing on the bus to
+SetBrightness(0). What is particular to a compositor is in one class below, so that others can
+be added.
 """
 import argparse
 import os

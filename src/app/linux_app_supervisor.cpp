@@ -41,6 +41,8 @@ int waitFor(pid_t child) {
     return status;
 }
 
+bool exitedWith(int status, int code) { return WIFEXITED(status) && WEXITSTATUS(status) == code; }
+
 int exitStatus(int status) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
@@ -66,41 +68,40 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
     bool restarted = false;
     setQuitHandlers(forwardQuit);
     while (quitSignal == 0) {
-        int pipe[2];
-        if (::pipe2(pipe, O_CLOEXEC) != 0) pipe[0] = pipe[1] = -1;
-        const pid_t child = ::fork();
+        int pipe[2] = {-1, -1};
+        const pid_t child = ::pipe2(pipe, O_CLOEXEC) == 0 ? ::fork() : -1;
         if (child == 0) {
             setQuitHandlers(SIG_DFL);
-            if (pipe[0] >= 0) ::close(pipe[0]);
+            ::close(pipe[0]);
             // Ends with the supervisor, putting everything back as Quit does.
             ::prctl(PR_SET_PDEATHSIG, SIGTERM);
             if (::getppid() != supervisor) std::raise(SIGTERM);
             return SupervisedRun(restarted, pipe[1]);
         }
-        if (pipe[1] >= 0) ::close(pipe[1]);
         if (child < 0) {
-            if (pipe[0] >= 0) ::close(pipe[0]);
+            for (const int end : pipe)
+                if (end >= 0) ::close(end);
             setQuitHandlers(SIG_DFL);
             systemLog.error(kAppLogSubsystem, kAppLogCategory,
                             "Could not start a supervised run; running without restarts");
             return SupervisedRun(restarted, -1);
         }
+        ::close(pipe[1]);
         runningChild = child;
         // A request to quit that came while there was no child to pass it to.
         if (quitSignal != 0) ::kill(child, quitSignal);
         const int status = waitFor(child);
         runningChild = 0;
         char running = 0;
-        const bool reportedRunning = pipe[0] >= 0 && ::read(pipe[0], &running, 1) == 1;
-        if (pipe[0] >= 0) ::close(pipe[0]);
+        const bool reportedRunning = ::read(pipe[0], &running, 1) == 1;
+        ::close(pipe[0]);
 
         if (quitSignal != 0) return exitStatus(status);
-        if (WIFEXITED(status) && WEXITSTATUS(status) == kDisplayIsBackStatus) {
+        if (exitedWith(status, kDisplayIsBackStatus)) {
             restarted = true;
             continue;
         }
-        if (!reportedRunning || (WIFEXITED(status) && WEXITSTATUS(status) == 0))
-            return exitStatus(status);
+        if (!reportedRunning || exitedWith(status, 0)) return exitStatus(status);
 
         const auto now = std::chrono::steady_clock::now();
         while (!restarts.empty() && now - restarts.front() > std::chrono::minutes(1))
