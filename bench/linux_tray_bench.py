@@ -5,7 +5,7 @@
     /usr/bin/python3 bench/linux_tray_bench.py --soak 10000 [--build-dir build/release]
 
 Builds marzipel, marzipel_bare_tray and the stand-in UPower keyboard backlight
-(keyboard_backlight_stand_in.cpp) in the build folder (configured with MARZIPEL_BENCHMARKS on),
+(system_services_stand_in.cpp) in the build folder (configured with MARZIPEL_BENCHMARKS on),
 then starts Xvfb, openbox, trayer, private session and system buses, the stand-in UPower and the
 real gsd-color, and prints for both programs the resident memory after start, and the CPU time
 and voluntary context switches over the idle period; then
@@ -324,7 +324,7 @@ def start_buses_and_keyboard(processes, env, work, build_dir):
                     "<allow eavesdrop='true'/></policy></busconfig>")
         env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
             processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
-    processes.start([os.path.join(build_dir, "bench/marzipel_bench_keyboard")])
+    processes.start([os.path.join(build_dir, "bench/marzipel_bench_services"), "keyboard"])
     wait_for("the stand-in UPower", lambda: succeeds(
         "gdbus", "call", "--system", *KEYBOARD, "--method",
         "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
@@ -349,7 +349,7 @@ def main():
     if args.soak and args.soak < 200:
         parser.error("--soak needs at least 200 toggles")
 
-    targets = ["marzipel", "marzipel_bench_keyboard"]
+    targets = ["marzipel", "marzipel_bench_services"]
     if not args.soak:
         targets.append("marzipel_bare_tray")
     subprocess.run(["cmake", "--build", args.build_dir, "--target", *targets], check=True,
