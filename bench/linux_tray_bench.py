@@ -31,8 +31,16 @@ import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 PLAYER = "marzipel-bench-player"
-KEYBOARD = ["--dest", "org.freedesktop.UPower", "--object-path",
-            "/org/freedesktop/UPower/KbdBacklight"]
+# The benches' stand-in system services (system_services_stand_in.cpp): what each is called, and
+# a question it answers once it is on the system bus.
+STAND_INS = {
+    "keyboard": ("UPower", "--dest", "org.freedesktop.UPower", "--object-path",
+                 "/org/freedesktop/UPower/KbdBacklight", "--method",
+                 "org.freedesktop.UPower.KbdBacklight.GetBrightness"),
+    "logind": ("logind", "--dest", "org.freedesktop.login1", "--object-path",
+               "/org/freedesktop/login1", "--method",
+               "org.freedesktop.login1.Manager.ListInhibitors"),
+}
 COLOR = ["--dest", "org.gnome.SettingsDaemon.Color", "--object-path",
          "/org/gnome/SettingsDaemon/Color"]
 
@@ -324,10 +332,14 @@ def start_buses_and_keyboard(processes, env, work, build_dir):
                     "<allow eavesdrop='true'/></policy></busconfig>")
         env[f"DBUS_{bus.upper()}_BUS_ADDRESS"] = start_with_ready_line(
             processes, ["dbus-daemon", "--nofork", "--print-address=FD", f"--config-file={config}"])
-    processes.start([os.path.join(build_dir, "bench/marzipel_bench_services"), "keyboard"])
-    wait_for("the stand-in UPower", lambda: succeeds(
-        "gdbus", "call", "--system", *KEYBOARD, "--method",
-        "org.freedesktop.UPower.KbdBacklight.GetBrightness"))
+    start_stand_in(processes, build_dir, "keyboard")
+
+
+def start_stand_in(processes, build_dir, service):
+    """One of the benches' stand-in system services, `service` of STAND_INS, once it answers."""
+    name, *question = STAND_INS[service]
+    processes.start([os.path.join(build_dir, "bench/marzipel_bench_services"), service])
+    wait_for(f"the stand-in {name}", lambda: succeeds("gdbus", "call", "--system", *question))
 
 
 def percentile(values, fraction):

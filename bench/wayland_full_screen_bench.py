@@ -33,8 +33,8 @@ import dbus.bus
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from linux_tray_bench import (PLAYER, ROOT, BrightnessCalls, Processes, output,  # noqa: E402
-                              percentile, start_buses_and_keyboard, succeeds, supervised_run,
-                              wait_for, write_home)
+                              percentile, start_buses_and_keyboard, start_stand_in, succeeds,
+                              supervised_run, wait_for, write_home)
 
 SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
 EXTENSION = "marzipel@orsavelt.com"
@@ -70,14 +70,6 @@ GLib.MainLoop().run()
 """
 
 
-def start_logind(processes, build_dir):
-    """The benches' stand-in logind, for what marzipel asks of it."""
-    processes.start([os.path.join(build_dir, "bench/marzipel_bench_services"), "logind"])
-    wait_for("the stand-in logind", lambda: succeeds(
-        "gdbus", "call", "--system", "--dest", "org.freedesktop.login1", "--object-path",
-        "/org/freedesktop/login1", "--method", "org.freedesktop.login1.Manager.ListInhibitors"))
-
-
 class KWin:
     """Headless KWin on Wayland; our script is loaded through its Scripting interface."""
 
@@ -92,7 +84,7 @@ class KWin:
         self.build_dir = build_dir
 
     def start(self, processes, work):
-        start_logind(processes, self.build_dir)
+        start_stand_in(processes, self.build_dir, "logind")
         # The packaged binary carries a file capability that a container may refuse; a copy has
         # none. It finds its platform plugin only under its own name.
         os.makedirs(f"{work}/bin")
@@ -187,7 +179,7 @@ class Gnome:
         # on the benches' own stand-in answers, as it does on KWin.
         shell_logind.terminate()
         shell_logind.wait()
-        start_logind(processes, self.build_dir)
+        start_stand_in(processes, self.build_dir, "logind")
         return "marzipel-bench"
 
     def start_reports(self):

@@ -105,18 +105,16 @@ DisplayReturnWatch::DisplayReturnWatch(std::function<void()> back,
 }
 
 void DisplayReturnWatch::check() {
-    if (!runtimeFolder_.empty() && !std::filesystem::exists(runtimeFolder_)) {
-        folders_.disconnect(this);
-        sessionEnded_();
+    const bool sessionEnded = !runtimeFolder_.empty() && !std::filesystem::exists(runtimeFolder_);
+    if (!sessionEnded && !displayReachable()) {
+        if (retriesLeft_-- > 0) retry_.start();
         return;
     }
-    if (displayReachable()) {
-        folders_.disconnect(this);
-        retry_.stop();
-        back_();
-        return;
-    }
-    if (retriesLeft_-- > 0) retry_.start();
+    // Each is told once.
+    folders_.disconnect(this);
+    retry_.disconnect(this);
+    retry_.stop();
+    (sessionEnded ? sessionEnded_ : back_)();
 }
 
 }  // namespace marzipel
