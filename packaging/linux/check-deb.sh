@@ -27,6 +27,9 @@ for package in libqt6widgets6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins qt6-wayland
   libplist libxcb1 libglib2.0-0; do
   grep -q "$package" <<<"$depends" || { echo "not among the dependencies: $package" >&2; status=1; }
 done
+# Icons drawn from SVG need Qt's SVG plugin, in whichever package this release keeps it.
+svg_plugin=$(dpkg-query -S '*/qt6/plugins/imageformats/libqsvg.so' | cut -d: -f1)
+grep -qw "$svg_plugin" <<<"$depends" || { echo "not among the dependencies: $svg_plugin" >&2; status=1; }
 [ "$(dpkg-deb -f "$deb" Architecture)" = "$(dpkg --print-architecture)" ] ||
   { echo "wrong architecture" >&2; status=1; }
 [ $status -eq 0 ] && echo "$deb"

@@ -35,6 +35,16 @@ through a GNOME Shell extension of its own, and in Sway.")
 # are loaded at run time and are named here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, qt6-wayland")
+# Without Qt's SVG image plugin every icon drawn from an SVG, apps' icons among them, is blank.
+# Debian moved it from libqt6svg6 to qt6-svg-plugins in Qt 6.8: ask which package has it here.
+set(svg_plugin ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_PLUGINS}/imageformats/libqsvg.so)
+execute_process(COMMAND dpkg-query -S ${svg_plugin} OUTPUT_VARIABLE svg_plugin_owner
+                RESULT_VARIABLE svg_plugin_unowned ERROR_QUIET)
+if(NOT svg_plugin_unowned AND svg_plugin_owner MATCHES "^([^:,]+)")
+  string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", ${CMAKE_MATCH_1}")
+else()
+  message(WARNING "No Debian package holds ${svg_plugin}: the package will not depend on it")
+endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "upower")
 include(CPack)

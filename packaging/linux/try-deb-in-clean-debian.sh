@@ -1,22 +1,36 @@
 #!/usr/bin/env bash
-# Installs the Debian package into a freshly made minimal Debian 12 and starts it there, on an X
-# display of its own: what a user who installs the package gets. Needs root (for the chroot) and
-# the network; takes a few minutes, so scripts/test leaves it out.
-#   packaging/linux/try-deb-in-clean-debian.sh [BUILD_DIR]      (default: build/release)
-# Leaves the package's path, the install log and a screenshot in BUILD_DIR/clean-debian/.
+# Installs the Debian package into a freshly made minimal Debian of the given release and starts it
+# there, on an X display of its own: what a user who installs the package gets. Needs root (for
+# the chroots) and Debian's package mirror; takes a few minutes, so scripts/test leaves it out.
+#   packaging/linux/try-deb-in-clean-debian.sh RELEASE      (bookworm, trixie, ...)
+# The package is built for that release: here when this machine runs it, else inside the chroot
+# of scripts/test-in-debian. Leaves the package, the install log and a screenshot in
+# build/clean-debian/RELEASE/.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
-build=${1:-$root/build/release}
-out=$build/clean-debian
+release=${1:?usage: packaging/linux/try-deb-in-clean-debian.sh RELEASE}
+out=$root/build/clean-debian/$release
 [ "$(id -u)" = 0 ] || { echo "needs root, for the chroot" >&2; exit 2; }
 for tool in mmdebstrap Xvfb xdotool import; do
   command -v "$tool" >/dev/null || { echo "needs $tool (apt-get install mmdebstrap xvfb xdotool imagemagick)" >&2; exit 2; }
 done
 
-[ -f "$build/CPackConfig.cmake" ] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build "$build" --target marzipel >/dev/null
+rm -rf "$out"
 mkdir -p "$out"
-deb=$("$root/packaging/linux/check-deb.sh" "$build" "$out")
+build_deb='scripts/setup && cmake --preset release >/dev/null &&
+  cmake --build --preset release --target marzipel >/dev/null &&
+  packaging/linux/check-deb.sh build/release build/package'
+echo "Building the package for $release ..."
+if [ "$(. /etc/os-release && echo "${VERSION_CODENAME:-}")" = "$release" ]; then
+  (cd "$root" && bash -c "$build_deb") >"$out/build.log" 2>&1 || { tail -20 "$out/build.log" >&2; exit 1; }
+  deb=$(ls "$root"/build/package/marzipel_*.deb)
+else
+  "$root/scripts/test-in-debian" "$release" bash -c "$build_deb" >"$out/build.log" 2>&1 ||
+    { tail -20 "$out/build.log" >&2; exit 1; }
+  deb=$(ls "${MARZIPEL_CHROOTS:-/var/tmp/marzipel-chroots}/$release"/root/marzipel/build/package/marzipel_*.deb)
+fi
+cp "$deb" "$out/"
+deb=$out/$(basename "$deb")
 
 work=$(mktemp -d /tmp/marzipel-clean-debian.XXXXXX)
 system=$work/root
@@ -33,8 +47,8 @@ cleanup() {
 }
 trap cleanup EXIT
 
-echo "Making a minimal Debian 12 in $system ..."
-mmdebstrap --variant=apt --quiet bookworm "$system" >"$out/mmdebstrap.log" 2>&1 ||
+echo "Making a minimal Debian $release in $system ..."
+mmdebstrap --variant=apt --quiet --aptopt='Acquire::Check-Valid-Until "false"' "$release" "$system" >"$out/mmdebstrap.log" 2>&1 ||
   { tail -20 "$out/mmdebstrap.log" >&2; exit 1; }
 cp "$deb" "$system/tmp/"
 cp /etc/resolv.conf "$system/etc/resolv.conf"
@@ -74,6 +88,6 @@ status=0
 wait "$program" || status=$?
 program=
 [ $status -eq 0 ] || { echo "marzipel ended with status $status on SIGTERM" >&2; cat "$out/marzipel.log" >&2; exit 1; }
-echo "Installed and started on a clean Debian 12; SIGTERM ended it cleanly."
+echo "Installed and started on a clean Debian $release; SIGTERM ended it cleanly."
 echo "Package: $deb"
 echo "Logs and a screenshot of the welcome window: $out/"

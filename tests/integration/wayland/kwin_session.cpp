@@ -78,9 +78,13 @@ std::string KWinSession::runScript(const std::string& source, bool keepLoaded) {
         dbus::firstResult(dbus::call(bus, kScripting, "loadScript",
                                      {QString::fromStdString(file), QString::fromStdString(name)}));
     if (!id || id->toInt() < 0) throw std::runtime_error("KWin did not load " + name);
-    const QDBusMessage ran = dbus::call(
-        bus, {kScripting.service, QStringLiteral("/%1").arg(id->toInt()), "org.kde.kwin.Script"},
-        "run");
+    // KWin 5.27 serves the script at "/<id>", Plasma 6 at "/Scripting/Script<id>".
+    QDBusMessage ran;
+    for (const QString& path : {QStringLiteral("/%1"), QStringLiteral("/Scripting/Script%1")}) {
+        ran = dbus::call(bus, {kScripting.service, path.arg(id->toInt()), "org.kde.kwin.Script"},
+                         "run");
+        if (ran.errorName() != QLatin1String("org.freedesktop.DBus.Error.UnknownObject")) break;
+    }
     if (ran.type() != QDBusMessage::ReplyMessage)
         throw std::runtime_error("KWin did not run " + name + ": " + dbus::errorText(ran));
     // KWin 5.27 numbers a script by how many are loaded: one left loaded would share its
