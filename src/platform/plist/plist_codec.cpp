@@ -13,7 +13,9 @@
 namespace marzipel {
 namespace {
 
+#if MARZIPEL_LIBPLIST_VERSION < 207
 constexpr double microsecondsPerSecond = 1e6;
+#endif
 
 std::optional<PlistValue> fromNode(plist_t node, std::size_t depth);
 
@@ -48,7 +50,16 @@ std::optional<PlistValue> fromDictionary(plist_t node, std::size_t depth) {
     }
 }
 
+/// Seconds from the Unix epoch to the property lists' reference date, 1 January 2001.
+constexpr std::int64_t referenceDateFromEpoch = 978307200;
+
 PlistDate dateOf(plist_t node) {
+#if MARZIPEL_LIBPLIST_VERSION >= 207
+    // Whole seconds only, as the XML form has them.
+    std::int64_t sinceEpoch = 0;
+    plist_get_unix_date_val(node, &sinceEpoch);
+    return PlistDate{static_cast<double>(sinceEpoch - referenceDateFromEpoch)};
+#else
     std::int32_t seconds = 0;
     std::int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
@@ -56,6 +67,32 @@ PlistDate dateOf(plist_t node) {
     // so before the reference date the fraction points further into the past.
     const double fraction = std::abs(microseconds) / microsecondsPerSecond;
     return PlistDate{seconds < 0 ? seconds - fraction : seconds + fraction};
+#endif
+}
+
+std::int64_t integerOf(plist_t node) {
+#if MARZIPEL_LIBPLIST_VERSION >= 203
+    if (plist_int_val_is_negative(node)) {
+        std::int64_t value = 0;
+        plist_get_int_val(node, &value);
+        return value;
+    }
+#endif
+    // Before 2.3 libplist kept every integer in 64 unsigned bits and could not say whether the
+    // number was negative or above INT64_MAX; negative numbers are the ones that occur in
+    // practice, and the parse limits refuse the others.
+    std::uint64_t value = 0;
+    plist_get_uint_val(node, &value);
+    return static_cast<std::int64_t>(value);
+}
+
+plist_t integerNode(std::int64_t value) {
+#if MARZIPEL_LIBPLIST_VERSION >= 203
+    // From 2.3 on, a negative number given as unsigned is written as a number above INT64_MAX.
+    return plist_new_int(value);
+#else
+    return plist_new_uint(static_cast<std::uint64_t>(value));
+#endif
 }
 
 std::optional<PlistValue> fromNode(plist_t node, std::size_t depth) {
@@ -66,13 +103,8 @@ std::optional<PlistValue> fromNode(plist_t node, std::size_t depth) {
             plist_get_bool_val(node, &value);
             return PlistValue(value != 0);
         }
-        case PLIST_UINT: {
-            // libplist keeps every integer in 64 bits and cannot say whether the number was
-            // negative or above INT64_MAX; negative numbers are the ones that occur in practice.
-            std::uint64_t value = 0;
-            plist_get_uint_val(node, &value);
-            return PlistValue(static_cast<std::int64_t>(value));
-        }
+        case PLIST_UINT:
+            return PlistValue(integerOf(node));
         case PLIST_REAL: {
             double value = 0;
             plist_get_real_val(node, &value);
@@ -112,17 +144,20 @@ plist_t dateNode(const PlistDate& date) {
     constexpr double highest = std::numeric_limits<std::int32_t>::max();
     if (seconds < lowest) seconds = lowest;
     if (seconds > highest) seconds = highest;
+#if MARZIPEL_LIBPLIST_VERSION >= 207
+    return plist_new_unix_date(static_cast<std::int64_t>(std::floor(seconds)) +
+                               referenceDateFromEpoch);
+#else
     const double whole = std::trunc(seconds);
     return plist_new_date(static_cast<std::int32_t>(whole),
                           static_cast<std::int32_t>((seconds - whole) * microsecondsPerSecond));
+#endif
 }
 
 plist_t toNode(const PlistValue& value) {
     struct Build {
         plist_t operator()(bool v) const { return plist_new_bool(v ? 1 : 0); }
-        plist_t operator()(std::int64_t v) const {
-            return plist_new_uint(static_cast<std::uint64_t>(v));
-        }
+        plist_t operator()(std::int64_t v) const { return integerNode(v); }
         plist_t operator()(double v) const { return plist_new_real(v); }
         plist_t operator()(const std::string& v) const { return plist_new_string(v.c_str()); }
         plist_t operator()(const PlistData& v) const {
