@@ -20,10 +20,15 @@ using programtest::kPlayer;
 using waylandtest::KWinSession;
 
 bool nightColorInhibited() {
-    const std::optional<QVariant> inhibited =
-        dbus::property(QDBusConnection::sessionBus(),
-                       {"org.kde.KWin", "/ColorCorrect", "org.kde.kwin.ColorCorrect"}, "inhibited");
-    return inhibited && inhibited->toBool();
+    // Plasma 6's Night Light, else Plasma 5's Night Color.
+    for (const dbus::Address& service :
+         {dbus::Address{"org.kde.KWin", "/org/kde/KWin/NightLight", "org.kde.KWin.NightLight"},
+          dbus::Address{"org.kde.KWin", "/ColorCorrect", "org.kde.kwin.ColorCorrect"}}) {
+        if (const auto inhibited =
+                dbus::property(QDBusConnection::sessionBus(), service, "inhibited"))
+            return inhibited->toBool();
+    }
+    return false;
 }
 
 bool marzipelOnBus() {
