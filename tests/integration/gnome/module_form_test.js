@@ -99,10 +99,15 @@ function connect() {
         null, null);
 }
 /** Marzipel, owning its name, and a stranger that counts the window reports it sees. */
+/** Asks the bus for `name` (4: without queueing), or gives it back. */
+function busName(connection, method, name) {
+    const request = method === 'RequestName';
+    connection.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus',
+        method, new GLib.Variant(request ? '(su)' : '(s)', request ? [name, 4] : [name]), null,
+        Gio.DBusCallFlags.NONE, -1, null);
+}
 const listener = connect();
-listener.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus',
-    'RequestName', new GLib.Variant('(su)', ['com.orsavelt.Marzipel', 4]), null,
-    Gio.DBusCallFlags.NONE, -1, null);
+busName(listener, 'RequestName', 'com.orsavelt.Marzipel');
 Gio.DBusExportedObject.wrapJSObject(`<node><interface name="com.orsavelt.Marzipel">
     <method name="GetStatus"><arg type="s" direction="out"/></method>
 </interface></node>`, {GetStatus: () => 'Waiting for triggers...'})
@@ -130,6 +135,22 @@ function getState(connection = listener) {
 let nextReport;
 listener.signal_subscribe(null, INTERFACE, 'Changed', PATH, null, Gio.DBusSignalFlags.NONE,
     (...args) => nextReport?.(args[5].deepUnpack()));
+/** Resolves once `condition` holds, polling; rejects after two seconds. */
+function until(condition) {
+    const deadline = GLib.get_monotonic_time() + 2000000;
+    return new Promise((resolve, reject) => {
+        GLib.timeout_add(GLib.PRIORITY_DEFAULT, 10, () => {
+            if (condition())
+                resolve();
+            else if (GLib.get_monotonic_time() < deadline)
+                return GLib.SOURCE_CONTINUE;
+            else
+                reject(new Error(`never came: ${condition}`));
+            return GLib.SOURCE_REMOVE;
+        });
+    });
+}
+
 function awaitReport() {
     return new Promise((resolve, reject) => {
         const timeout = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 2000, () => {
@@ -194,12 +215,23 @@ async function main() {
     if (!strangersRead.includes('org.freedesktop.DBus.Error.AccessDenied'))
         throw new Error(`a stranger read the windows: ${strangersRead}`);
     assertEqual(reportsToStranger, 0, 'reports to a stranger');
-    const button = globalThis.standInPanel.statusArea['marzipel@orsavelt.com'];
+    const statusArea = globalThis.standInPanel.statusArea;
+    const button = statusArea['marzipel@orsavelt.com'];
     assertEqual(button?.menu.items.map(item => item.label.text),
         ['Waiting for triggers...', 'Configure', '', 'About', 'Quit'], 'menu in the panel');
 
+    // A tray host shows Marzipel's own icon: the menu leaves the panel while it runs.
+    Gio.DBusExportedObject.wrapJSObject(`<node><interface name="org.kde.StatusNotifierWatcher">
+        <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+    </interface></node>`, {IsStatusNotifierHostRegistered: true})
+        .export(stranger, '/StatusNotifierWatcher');
+    busName(stranger, 'RequestName', 'org.kde.StatusNotifierWatcher');
+    await until(() => button.destroyed);
+    busName(stranger, 'ReleaseName', 'org.kde.StatusNotifierWatcher');
+    await until(() => statusArea['marzipel@orsavelt.com'] !== button);
+
     extension.disable();
-    assertEqual(button.destroyed, true, 'menu left in the panel');
+    assertEqual(statusArea['marzipel@orsavelt.com'].destroyed, true, 'menu left in the panel');
     for (const standIn of [display, player, panel]) {
         assertEqual(standIn.handlers.size, 0, 'handlers left when off');
     }
