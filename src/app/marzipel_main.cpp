@@ -132,6 +132,8 @@ int main(int argc, char* argv[]) {
                             [&trayModel] { trayModel.quit(); }});
     const Subscription statusOnTheBus = trayModel.onStatusChanged(
         [&busService](const std::string& status) { busService.statusChanged(status); });
+    // The name was ours before the menu was: a panel that asked in between learns it now.
+    busService.statusChanged(trayModel.statusText());
     bool displayBack = false;
     std::unique_ptr<DisplayReturnWatch> displayWatch;
     if (displayGone) {
