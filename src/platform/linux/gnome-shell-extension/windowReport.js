@@ -1,8 +1,8 @@
 // Tells Marzipel, on the session bus, which window has focus, whether it is full screen and
-// which normal windows there are, and no one else: other programs are not to learn which
-// windows are open, which GNOME's Wayland design keeps from them. Shared by the GNOME 43/44 and the 45-and-later entry forms,
-// which hand in what the shell gives them; this file imports nothing itself so that both
-// module systems can load it.
+// which normal windows there are, and no one else: GNOME's Wayland design keeps other windows
+// from ordinary programs. Shared by the GNOME 43/44 and the 45-and-later entry forms, which
+// hand in what the shell gives them; this file imports nothing itself so that both module
+// systems can load it.
 /* exported WindowReport */
 
 const OBJECT_PATH = '/com/orsavelt/Marzipel/Shell';
@@ -84,7 +84,9 @@ var WindowReport = class WindowReport {
                 let owner = null;
                 try {
                     [owner] = bus.call_finish(result).deepUnpack();
-                } catch {}
+                } catch {
+                    // No owner: no one may read.
+                }
                 if (owner !== invocation.get_sender() || !this._tracker) {
                     invocation.return_dbus_error('org.freedesktop.DBus.Error.AccessDenied',
                         'Only Marzipel may read the windows');
