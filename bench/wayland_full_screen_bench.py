@@ -56,15 +56,18 @@ GLib.MainLoop().run()
 """
 
 
-# Prints the arrival time of every report of marzipel's GNOME Shell extension, nothing else.
+# Owns marzipel's bus name, to which alone the extension reports, and prints the arrival time of
+# every report of marzipel's GNOME Shell extension, nothing else.
 GNOME_LISTENER = r"""
 import sys, time, dbus, dbus.mainloop.glib
 from gi.repository import GLib
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+bus = dbus.SessionBus()
+bus.request_name("com.orsavelt.Marzipel")
 def heard(focused, windows):
     print(f"{time.time():.6f} {int(bool(focused and focused[0][3]))}", flush=True)
-dbus.SessionBus().add_signal_receiver(heard, "Changed", "com.orsavelt.Marzipel.Shell",
-                                      path="/com/orsavelt/Marzipel/Shell")
+bus.add_signal_receiver(heard, "Changed", "com.orsavelt.Marzipel.Shell",
+                        path="/com/orsavelt/Marzipel/Shell")
 print("ready", flush=True)
 GLib.MainLoop().run()
 """

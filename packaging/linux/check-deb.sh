@@ -20,6 +20,8 @@ for file in ./usr/bin/marzipel \
   ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/metadata.json \
   ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/extension.js \
   ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/windowReport.js \
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/topBarMenu.js \
+  ./usr/share/gnome-shell/extensions/marzipel@orsavelt.com/marzipel-symbolic.svg \
   ./usr/share/marzipel/kwin_window_reports.js; do
   grep -q " $file\$" <<<"$contents" || { echo "missing from the package: $file" >&2; status=1; }
 done

@@ -126,6 +126,14 @@ int main(int argc, char* argv[]) {
     MarzipelTray tray(app.tray(), openSettings, application, systemLog);
     busService.setOpenSettingsHandler(
         [&openSettings, &application] { openSettingsFromTray(openSettings, application); });
+    TrayModel& trayModel = app.tray();
+    busService.setTrayMenu({[&trayModel] { return trayModel.statusText(); },
+                            [&trayModel] { trayModel.about(); },
+                            [&trayModel] { trayModel.quit(); }});
+    const Subscription statusOnTheBus = trayModel.onStatusChanged(
+        [&busService](const std::string& status) { busService.statusChanged(status); });
+    // The name was ours before the menu was: a panel that asked in between learns it now.
+    busService.statusChanged(trayModel.statusText());
     bool displayBack = false;
     std::unique_ptr<DisplayReturnWatch> displayWatch;
     if (displayGone) {
@@ -141,5 +149,6 @@ int main(int argc, char* argv[]) {
     }
     const int status = QApplication::exec();
     busService.setOpenSettingsHandler(nullptr);
+    busService.setTrayMenu({});
     return displayBack ? kDisplayIsBackStatus : status;
 }

@@ -23,6 +23,14 @@ constexpr int kOpenSettingsTimeoutMs = 5000;
 
 constexpr char kIntrospection[] = R"(  <interface name="com.orsavelt.Marzipel">
     <method name="OpenSettings"/>
+    <method name="GetStatus">
+      <arg name="status" type="s" direction="out"/>
+    </method>
+    <method name="About"/>
+    <method name="Quit"/>
+    <signal name="StatusChanged">
+      <arg name="status" type="s"/>
+    </signal>
     <method name="ReportActiveWindow">
       <arg name="window" type="a{sv}" direction="in"/>
     </method>
@@ -96,12 +104,43 @@ void MarzipelBusService::acceptWindowReports(const BusNameOwner& reporter, Windo
     reports_ = std::move(reports);
 }
 
+void MarzipelBusService::statusChanged(const std::string& status) {
+    QDBusMessage signal =
+        QDBusMessage::createSignal(kPath, kInterface, QStringLiteral("StatusChanged"));
+    signal << QString::fromStdString(status);
+    bus_.send(signal);
+}
+
 void MarzipelBusService::refuse(const QDBusMessage& call, const QString& errorName,
                                 const std::string& why) {
     log_.error(kAppLogSubsystem, kAppLogCategory,
                "Refused " + call.member().toStdString() + " from " + call.service().toStdString() +
                    ": " + why);
     bus_.send(call.createErrorReply(errorName, QString::fromStdString(why)));
+}
+
+bool MarzipelBusService::handleTrayMenu(const QDBusMessage& call) {
+    const QString& method = call.member();
+    const std::function<void()>* command = method == QLatin1String("About")  ? &trayMenu_.about
+                                           : method == QLatin1String("Quit") ? &trayMenu_.quit
+                                                                             : nullptr;
+    if (!command && method != QLatin1String("GetStatus")) return false;
+    if (!call.signature().isEmpty()) {
+        refuse(call, kInvalidArgs, method.toStdString() + " takes no arguments");
+        return true;
+    }
+    if (!trayMenu_.status) {
+        refuse(call, kUnknownMethod, "Marzipel shows no menu yet");
+        return true;
+    }
+    if (!command) {
+        bus_.send(call.createReply(QString::fromStdString(trayMenu_.status())));
+        return true;
+    }
+    // Answered first: quitting may end the program before it could answer.
+    bus_.send(call.createReply());
+    (*command)();
+    return true;
 }
 
 bool MarzipelBusService::handle(const QDBusMessage& call) {
@@ -120,6 +159,7 @@ bool MarzipelBusService::handle(const QDBusMessage& call) {
         if (openSettings_) openSettings_();
         return true;
     }
+    if (handleTrayMenu(call)) return true;
     const bool active = method == QLatin1String("ReportActiveWindow");
     if (!active && method != QLatin1String("ReportWindows")) {
         refuse(call, kUnknownMethod, "unknown method");

@@ -18,6 +18,27 @@ const dbus::Address kShell{"org.gnome.Shell", "/org/gnome/Shell", "org.gnome.She
 const dbus::Address kExtensions{kShell.service, kShell.path, "org.gnome.Shell.Extensions"};
 const QString kUuid = QString::fromLatin1(kGnomeShellExtensionUuid);
 constexpr char kWaylandDisplay[] = "marzipel-test-gnome";
+constexpr char kEvalUuid[] = "eval@marzipel.test";
+
+/// Puts the shell in its unsafe mode, in the entry form of Marzipel's extension, which is the
+/// one this shell loads.
+void installEvalExtension(const std::string& folder) {
+    writeFile(folder + "/metadata.json", R"({"uuid": "eval@marzipel.test", "name": "Eval",
+        "description": "Eval for tests", "shell-version": ["43", "44", "45", "46", "47", "48",
+        "49", "50"]})");
+    const bool module =
+        readFile(GNOME_SHELL_EXTENSION "/extension.js").find("export default") != std::string::npos;
+    writeFile(folder + "/extension.js", module ? R"(
+import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
+export default class extends Extension {
+    enable() { global.context.unsafe_mode = true; }
+    disable() {}
+})"
+                                               : R"(
+function init() {
+    return {enable() { global.context.unsafe_mode = true; }, disable() {}};
+})");
+}
 
 QDBusMessage callExtensions(const QString& method) {
     return dbus::call(QDBusConnection::sessionBus(), kExtensions, method, {kUuid});
@@ -51,9 +72,10 @@ void leaveOverview() {
 GnomeShellSession::GnomeShellSession() {
     writeFile(scratch("data/applications/") + kListedApp + ".desktop",
               "[Desktop Entry]\nType=Application\nName=Test Player\nExec=true\n");
-    const std::string extension =
-        scratch("data/gnome-shell/extensions/") + kGnomeShellExtensionUuid;
+    const std::string extensions = scratch("data/gnome-shell/extensions/");
+    const std::string extension = extensions + kGnomeShellExtensionUuid;
     std::filesystem::create_directories(extension);
+    installEvalExtension(extensions + kEvalUuid);
     std::filesystem::copy(GNOME_SHELL_EXTENSION, extension,
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::overwrite_existing);
@@ -65,7 +87,10 @@ GnomeShellSession::GnomeShellSession() {
         {"XDG_RUNTIME_DIR=" + scratch("home/runtime"), "XDG_DATA_HOME=" + scratch("data"),
          "HOME=" + scratch("home")},
         [&] { return extensionState() != 0; }, 30s);
+    dbus::call(QDBusConnection::sessionBus(), kExtensions, "EnableExtension", {kEvalUuid});
     if (!switchExtension(true)) throw std::runtime_error("the extension stayed off");
+    if (!waitUntil([&] { return eval("1") == "1"; }))
+        throw std::runtime_error("the shell does not answer Eval");
     leaveOverview();
 }
 
@@ -79,6 +104,19 @@ std::string GnomeShellSession::displayVariable() const {
 
 Child GnomeShellSession::startWindow(const std::string& appId) const {
     return startTestWindow(appId, clientEnvironment(), 20s);
+}
+
+std::string GnomeShellSession::eval(const std::string& code) const {
+    const QDBusMessage reply =
+        dbus::call(QDBusConnection::sessionBus(), kShell, "Eval", {QString::fromStdString(code)});
+    const QList<QVariant> result = reply.arguments();
+    if (result.size() != 2 || !result[0].toBool()) return {};
+    return result[1].toString().toStdString();
+}
+
+std::string GnomeShellSession::topBarMenu() const {
+    return eval(std::string("Main.panel.statusArea['") + kGnomeShellExtensionUuid +
+                "']?.menu._getMenuItems().map(item => item.label.text) ?? null");
 }
 
 int GnomeShellSession::extensionState() const {

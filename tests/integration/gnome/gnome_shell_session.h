@@ -14,7 +14,8 @@ inline constexpr char kListedApp[] = "marzipel-test-player";
 
 /// A headless GNOME Shell on this test program's private buses, as a user logs in to it:
 /// Marzipel's extension installed in the user's data folder and switched on in the user's keys,
-/// the overview left. Beside it a stand-in logind, without which the shell ends at once. Throws
+/// the overview left. A second extension puts the shell in its unsafe mode, the only one in
+/// which it answers Eval. Beside it a stand-in logind, without which the shell ends at once. Throws
 /// when the shell does not come up.
 class GnomeShellSession {
 public:
@@ -31,6 +32,11 @@ public:
     /// Switches the extension as the Extensions app does; true once the shell says it is done
     /// and has written the user's keys.
     bool switchExtension(bool on) const;
+    /// What the shell's own JavaScript makes of `code`, as JSON; empty when it throws.
+    std::string eval(const std::string& code) const;
+    /// Marzipel's menu in the top bar as the shell shows it: its labels as JSON, "null" when
+    /// there is none.
+    std::string topBarMenu() const;
 
 private:
     MockService logind_{"logind", "org.freedesktop.login1", true};

@@ -1,5 +1,6 @@
 // Marzipel's GNOME source against a real headless GNOME Shell running Marzipel's extension: the
-// test's own Qt windows are the applications.
+// test's own Qt windows are the applications, and the test's connection holds Marzipel's name,
+// the only one the extension reports to.
 #include "platform/linux/gnome_shell_windows.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 
 #include "integration/gnome/gnome_shell_session.h"
 #include "integration/wayland/reported_windows_wait.h"
+#include "platform/linux/dbus_call.h"
 #include "platform/sim/sim_basics.h"
 #include "support/fake_desktop_entries.h"
 
@@ -30,10 +32,17 @@ for _ in range(2):
 bus.flush()
 )";
 
+const QString kMarzipel = QStringLiteral("com.orsavelt.Marzipel");
+
 class GnomeShellWindowsTest : public ::testing::Test {
 protected:
-    // The program's test after this one needs the extension on and the user's keys settled.
-    void TearDown() override { ASSERT_TRUE(gnomeShell().switchExtension(true)); }
+    void SetUp() override { ASSERT_TRUE(QDBusConnection::sessionBus().registerService(kMarzipel)); }
+    // The program's test after this one needs the name free, the extension on and the user's
+    // keys settled.
+    void TearDown() override {
+        QDBusConnection::sessionBus().unregisterService(kMarzipel);
+        ASSERT_TRUE(gnomeShell().switchExtension(true));
+    }
 };
 
 TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsOffOrUnknown) {
@@ -54,6 +63,11 @@ TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsO
     ASSERT_TRUE(processEventsUntil([&] { return !log.entries.empty(); }));
     EXPECT_NE(log.entries[0].find("Refused a window report from :"), std::string::npos);
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
+    const QDBusMessage strangersRead = dbus::call(
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stranger")),
+        {"org.gnome.Shell", "/com/orsavelt/Marzipel/Shell", "com.orsavelt.Marzipel.Shell"},
+        QStringLiteral("GetState"));
+    EXPECT_EQ(strangersRead.errorName(), "org.freedesktop.DBus.Error.AccessDenied");
 
     // The shell has no desktop entry for this one: it names such windows "window:N".
     Child other = gnomeShell().startWindow("marzipel-test-unlisted");

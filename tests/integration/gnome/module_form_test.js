@@ -1,6 +1,7 @@
 // Loads the GNOME Shell 45-and-later form of Marzipel's extension as an ES module under gjs, with
 // the shell's own modules and `global` stood in, and checks what it puts on the session bus
-// while on and that switching it off takes back every handler and the bus object.
+// while on, to Marzipel alone, that its menu is in the panel, and that switching it off takes
+// back every handler, the bus object and the menu.
 // Usage: gjs -m module_form_test.js EXTENSION_FOLDER (on a session bus of the test's own)
 
 import Gio from 'gi://Gio';
@@ -61,11 +62,26 @@ function copyWithStandIns(extensionFolder, folder) {
     write('extension.js', read('extension.js')
         .replace("'gi://Meta'", "'./meta.js'")
         .replace("'gi://Shell'", "'./shell.js'")
-        .replace("'resource:///org/gnome/shell/extensions/extension.js'", "'./shellExtension.js'"));
+        .replace("'gi://St'", "'./st.js'")
+        .replace("'resource:///org/gnome/shell/extensions/extension.js'", "'./shellExtension.js'")
+        .replace(/'resource:\/\/\/org\/gnome\/shell\/ui\/(\w+).js'/g, "'./$1.js'"));
     write('windowReport.js', read('windowReport.js'));
+    write('topBarMenu.js', read('topBarMenu.js'));
+    write('st.js', 'export default {Icon: class {}};\n');
+    write('main.js', 'export const panel = globalThis.standInPanel;\n');
+    write('panelMenu.js', `export class Button {
+        constructor() { this.menu = {items: [], addMenuItem(item) { this.items.push(item); }}; }
+        add_child() {}
+        destroy() { this.destroyed = true; }
+    }\n`);
+    write('popupMenu.js', `export class PopupMenuItem {
+        constructor(text) { this.label = {text}; }
+        connect() {}
+    }
+    export class PopupSeparatorMenuItem extends PopupMenuItem { constructor() { super(''); } }\n`);
     write('meta.js', 'export default {WindowType: {NORMAL: 0}};\n');
     write('shell.js', 'export default {WindowTracker: {get_default: () => globalThis.standInTracker}};\n');
-    write('shellExtension.js', 'export class Extension { constructor(metadata) { this.metadata = metadata; } }\n');
+    write('shellExtension.js', 'export class Extension { constructor(metadata) { Object.assign(this, metadata); } }\n');
 }
 
 function assertEqual(actual, expected, what) {
@@ -74,16 +90,37 @@ function assertEqual(actual, expected, what) {
         throw new Error(`${what}: got ${a}, expected ${e}`);
 }
 
-/** A second connection, as Marzipel is: calls and signals go through the bus. */
-const listener = Gio.DBusConnection.new_for_address_sync(
-    Gio.dbus_address_get_for_bus_sync(Gio.BusType.SESSION, null),
-    Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
-    null, null);
+/** A connection of its own on the session bus, as another program has. */
+function connect() {
+    return Gio.DBusConnection.new_for_address_sync(
+        Gio.dbus_address_get_for_bus_sync(Gio.BusType.SESSION, null),
+        Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
+            Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
+        null, null);
+}
+/** Marzipel, owning its name, and a stranger that counts the window reports it sees. */
+/** Asks the bus for `name` (4: without queueing), or gives it back. */
+function busName(connection, method, name) {
+    const request = method === 'RequestName';
+    connection.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus',
+        method, new GLib.Variant(request ? '(su)' : '(s)', request ? [name, 4] : [name]), null,
+        Gio.DBusCallFlags.NONE, -1, null);
+}
+const listener = connect();
+busName(listener, 'RequestName', 'com.orsavelt.Marzipel');
+Gio.DBusExportedObject.wrapJSObject(`<node><interface name="com.orsavelt.Marzipel">
+    <method name="GetStatus"><arg type="s" direction="out"/></method>
+</interface></node>`, {GetStatus: () => 'Waiting for triggers...'})
+    .export(listener, '/com/orsavelt/Marzipel');
+const stranger = connect();
+let reportsToStranger = 0;
+stranger.signal_subscribe(null, INTERFACE, 'Changed', PATH, null, Gio.DBusSignalFlags.NONE,
+    () => reportsToStranger++);
 const loop = GLib.MainLoop.new(null, false);
 
-function getState() {
+function getState(connection = listener) {
     return new Promise((resolve, reject) => {
-        listener.call(Gio.DBus.session.unique_name, PATH, INTERFACE, 'GetState', null, null,
+        connection.call(Gio.DBus.session.unique_name, PATH, INTERFACE, 'GetState', null, null,
             Gio.DBusCallFlags.NONE, 2000, null, (connection, result) => {
                 try {
                     resolve(connection.call_finish(result).deepUnpack());
@@ -98,6 +135,22 @@ function getState() {
 let nextReport;
 listener.signal_subscribe(null, INTERFACE, 'Changed', PATH, null, Gio.DBusSignalFlags.NONE,
     (...args) => nextReport?.(args[5].deepUnpack()));
+/** Resolves once `condition` holds, polling; rejects after two seconds. */
+function until(condition) {
+    const deadline = GLib.get_monotonic_time() + 2000000;
+    return new Promise((resolve, reject) => {
+        GLib.timeout_add(GLib.PRIORITY_DEFAULT, 10, () => {
+            if (condition())
+                resolve();
+            else if (GLib.get_monotonic_time() < deadline)
+                return GLib.SOURCE_CONTINUE;
+            else
+                reject(new Error(`never came: ${condition}`));
+            return GLib.SOURCE_REMOVE;
+        });
+    });
+}
+
 function awaitReport() {
     return new Promise((resolve, reject) => {
         const timeout = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 2000, () => {
@@ -124,9 +177,15 @@ async function main() {
         list_all_windows: () => [player, unlisted, panel],
     });
     globalThis.global = {display};
+    globalThis.standInPanel = {
+        statusArea: {},
+        addToStatusArea(role, button) {
+            this.statusArea[role] = button;
+        },
+    };
 
     const {default: MarzipelExtension} = await import(`file://${folder}/extension.js`);
-    const extension = new MarzipelExtension({uuid: 'marzipel@orsavelt.com'});
+    const extension = new MarzipelExtension({uuid: 'marzipel@orsavelt.com', path: folder});
     if (display.handlers.size !== 0)
         throw new Error('the extension did something before it was switched on');
     extension.enable();
@@ -151,8 +210,28 @@ async function main() {
     unlisted.fire('unmanaged');
     assertEqual(await report, [[], [windows[0]]], 'focused window closed');
     assertEqual(unlisted.handlers.size, 0, 'handlers left on a closed window');
+    // Its answer comes after any report sent to it before.
+    const strangersRead = await getState(stranger).then(() => 'an answer', error => `${error}`);
+    if (!strangersRead.includes('org.freedesktop.DBus.Error.AccessDenied'))
+        throw new Error(`a stranger read the windows: ${strangersRead}`);
+    assertEqual(reportsToStranger, 0, 'reports to a stranger');
+    const statusArea = globalThis.standInPanel.statusArea;
+    const button = statusArea['marzipel@orsavelt.com'];
+    assertEqual(button?.menu.items.map(item => item.label.text),
+        ['Waiting for triggers...', 'Configure', '', 'About', 'Quit'], 'menu in the panel');
+
+    // A tray host shows Marzipel's own icon: the menu leaves the panel while it runs.
+    Gio.DBusExportedObject.wrapJSObject(`<node><interface name="org.kde.StatusNotifierWatcher">
+        <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+    </interface></node>`, {IsStatusNotifierHostRegistered: true})
+        .export(stranger, '/StatusNotifierWatcher');
+    busName(stranger, 'RequestName', 'org.kde.StatusNotifierWatcher');
+    await until(() => button.destroyed);
+    busName(stranger, 'ReleaseName', 'org.kde.StatusNotifierWatcher');
+    await until(() => statusArea['marzipel@orsavelt.com'] !== button);
 
     extension.disable();
+    assertEqual(statusArea['marzipel@orsavelt.com'].destroyed, true, 'menu left in the panel');
     for (const standIn of [display, player, panel]) {
         assertEqual(standIn.handlers.size, 0, 'handlers left when off');
     }

@@ -1,6 +1,7 @@
 // The marzipel program as a user runs it in a GNOME Wayland session: on a headless GNOME Shell
 // with Marzipel's extension, a keyboard backlight behind a stand-in UPower and the real gsd-color
-// for Night Light. The test's own Qt window plays the video player.
+// for Night Light. The test's own Qt window plays the video player. No tray runs: Marzipel's
+// menu is in the top bar.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -8,6 +9,7 @@
 #include "integration/dbus/gnome_color.h"
 #include "integration/gnome/gnome_shell_session.h"
 #include "integration/program/marzipel_run.h"
+#include "platform/linux/gnome_shell_windows.h"
 
 namespace marzipel {
 namespace {
@@ -16,7 +18,22 @@ using dbustest::colorProperty;
 using dbustest::gnomeShell;
 using dbustest::hoursFromNow;
 
-TEST(MarzipelGnomeProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeaves) {
+std::string topBarMenu(const std::string& statusLine) {
+    return R"([")" + statusLine + R"(","Configure","","About","Quit"])";
+}
+
+/// Chooses `label` in Marzipel's menu in the top bar, as a click does.
+void chooseInTopBar(const std::string& label) {
+    gnomeShell().eval(std::string("Main.panel.statusArea['") + kGnomeShellExtensionUuid +
+                      "'].menu._getMenuItems().find(item => item.label.text === '" + label +
+                      "').activate(null)");
+}
+
+const std::string kSettingsWindow =
+    "global.display.list_all_windows().find(window => window.get_title() === 'Marzipel Settings')";
+
+TEST(MarzipelGnomeProgramTest,
+     TriggerPlayerFullScreenDimsAndLiftsNightLightUntilItLeavesAndTheTopBarMenuFollows) {
     // Night Light on from an hour ago to an hour from now: on, whatever the time.
     dbustest::writeNightLightScheduleKeys(
         {.enabled = true, .automatic = false, .from = hoursFromNow(-1), .to = hoursFromNow(1)});
@@ -30,18 +47,37 @@ TEST(MarzipelGnomeProgramTest, TriggerPlayerFullScreenDimsAndLiftsNightLightUnti
     const auto keyboard = programtest::startKeyboardBacklight();
     programtest::MarzipelRun run;
     run.start(environment);
+    EXPECT_TRUE(waitUntil([] {
+        return gnomeShell().topBarMenu() == topBarMenu("Waiting for triggers...");
+    })) << gnomeShell().topBarMenu();
+    chooseInTopBar("Configure");
+    EXPECT_TRUE(
+        waitUntil([] { return gnomeShell().eval(kSettingsWindow + " !== undefined") == "true"; }));
+    // Closed again, so that the player gets the focus when it comes.
+    gnomeShell().eval(kSettingsWindow + ".delete(global.get_current_time())");
+    EXPECT_TRUE(
+        waitUntil([] { return gnomeShell().eval(kSettingsWindow + " === undefined") == "true"; }));
     const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
 
     Child player = gnomeShell().startWindow(programtest::kPlayer);
     ASSERT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return !levelsSet().empty(); }));
     EXPECT_EQ(levelsSet(), std::vector<int>{0});
     EXPECT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
+    EXPECT_TRUE(waitUntil([] {
+        return gnomeShell().topBarMenu() == topBarMenu("Active for Test Player");
+    })) << gnomeShell().topBarMenu();
 
     ASSERT_TRUE(signalUntil(player.pid(), SIGUSR2, [&] { return levelsSet().size() == 2; }));
     EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
-    EXPECT_TRUE(run.process().running());
+
+    ASSERT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return levelsSet().size() == 3; }));
+    chooseInTopBar("Quit");
+    EXPECT_TRUE(waitUntil([&] { return !run.process().running(); }));
+    EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2, 0, 2}));
+    EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
+    EXPECT_TRUE(waitUntil([] { return gnomeShell().topBarMenu() == "null"; }));
     EXPECT_EQ(programtest::gsettingsKeyfile(), keysBefore) << "the user's keys changed";
 }
 

@@ -1,10 +1,13 @@
 // Tells Marzipel, on the session bus, which window has focus, whether it is full screen and
-// which normal windows there are. Shared by the GNOME 43/44 and the 45-and-later entry forms,
-// which hand in what the shell gives them; this file imports nothing itself so that both
-// module systems can load it.
+// which normal windows there are, and no one else: GNOME's Wayland design keeps other windows
+// from ordinary programs. Shared by the GNOME 43/44 and the 45-and-later entry forms, which
+// hand in what the shell gives them; this file imports nothing itself so that both module
+// systems can load it.
 /* exported WindowReport */
 
 const OBJECT_PATH = '/com/orsavelt/Marzipel/Shell';
+const INTERFACE = 'com.orsavelt.Marzipel.Shell';
+const MARZIPEL = 'com.orsavelt.Marzipel';
 const INTERFACE_XML = `<node>
   <interface name="com.orsavelt.Marzipel.Shell">
     <method name="GetState">
@@ -35,6 +38,13 @@ var WindowReport = class WindowReport {
         this._tracker = this._shell.Shell.WindowTracker.get_default();
         this._exported = Gio.DBusExportedObject.wrapJSObject(INTERFACE_XML, this);
         this._exported.export(Gio.DBus.session, OBJECT_PATH);
+        this._marzipel = null;
+        this._marzipelWatch = Gio.bus_watch_name_on_connection(Gio.DBus.session, MARZIPEL,
+            Gio.BusNameWatcherFlags.NONE, (_bus, _name, owner) => {
+                this._marzipel = owner;
+            }, () => {
+                this._marzipel = null;
+            });
         const display = global.display;
         this._displaySignals = [
             display.connect('notify::focus-window', () => this._changed()),
@@ -49,6 +59,8 @@ var WindowReport = class WindowReport {
     }
 
     stop() {
+        this._shell.Gio.bus_unwatch_name(this._marzipelWatch);
+        this._marzipel = null;
         const display = this._shell.global.display;
         for (const id of this._displaySignals)
             display.disconnect(id);
@@ -63,8 +75,26 @@ var WindowReport = class WindowReport {
         this._tracker = null;
     }
 
-    GetState() {
-        return [this._focused(), this._windows()];
+    /** Asks the bus who owns Marzipel's name now, which a watch may learn a moment late. */
+    GetStateAsync(_parameters, invocation) {
+        const {Gio, GLib} = this._shell;
+        Gio.DBus.session.call('org.freedesktop.DBus', '/org/freedesktop/DBus',
+            'org.freedesktop.DBus', 'GetNameOwner', new GLib.Variant('(s)', [MARZIPEL]),
+            new GLib.VariantType('(s)'), Gio.DBusCallFlags.NONE, -1, null, (bus, result) => {
+                let owner = null;
+                try {
+                    [owner] = bus.call_finish(result).deepUnpack();
+                } catch {
+                    // No owner: no one may read.
+                }
+                if (owner !== invocation.get_sender() || !this._tracker) {
+                    invocation.return_dbus_error('org.freedesktop.DBus.Error.AccessDenied',
+                        'Only Marzipel may read the windows');
+                    return;
+                }
+                invocation.return_value(new GLib.Variant('(a(issb)a(iss))',
+                    [this._focused(), this._windows()]));
+            });
     }
 
     _watch(window) {
@@ -82,8 +112,10 @@ var WindowReport = class WindowReport {
     }
 
     _changed() {
-        const {GLib} = this._shell;
-        this._exported?.emit_signal('Changed',
+        const {Gio, GLib} = this._shell;
+        if (!this._marzipel)
+            return;
+        Gio.DBus.session.emit_signal(this._marzipel, OBJECT_PATH, INTERFACE, 'Changed',
             new GLib.Variant('(a(issb)a(iss))', [this._focused(), this._windows()]));
     }
 
