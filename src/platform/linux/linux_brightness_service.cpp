@@ -4,11 +4,13 @@
 #include <QDBusServiceWatcher>
 #include <QStringList>
 #include <optional>
+#include <string>
 
 #include "platform/linux/gnome_night_light.h"
+#include "platform/linux/gnome_power_keyboard_backlight.h"
 #include "platform/linux/kwin_night_color.h"
 #include "platform/linux/led_keyboard_backlight.h"
-#include "platform/linux/upower_keyboard_backlight.h"
+#include "platform/linux/level_keyboard_backlight.h"
 
 namespace marzipel {
 namespace {
@@ -90,33 +92,56 @@ private:
 
 LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
                                                              std::filesystem::path ledsFolder)
-    : log_(log) {
-    if (std::optional<int> maxLevel = UPowerKeyboardBacklight::find()) {
-        keyboard_ = Keyboard::upower;
-        upowerMaxLevel_ = *maxLevel;
-    } else if (std::optional<std::filesystem::path> led = LedKeyboardBacklight::find(ledsFolder)) {
-        keyboard_ = Keyboard::led;
-        led_ = std::move(*led);
-    } else {
-        log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "No keyboard backlight: UPower has none and there is no kbd_backlight LED "
-                   "in " +
-                       ledsFolder.string() +
-                       "; keyboard brightness reads as 0.0 and is "
-                       "not changed");
+    : log_(log),
+      powerDevilMaxLevel_(LevelKeyboardBacklight::find(kPowerDevilKeyboard)),
+      upowerMaxLevel_(LevelKeyboardBacklight::find(kUPowerKeyboard)),
+      led_(LedKeyboardBacklight::find(ledsFolder)) {
+    keyboard_ = chooseKeyboardWay({.gnomeSettingsDaemon = GnomePowerKeyboardBacklight::available(),
+                                   .powerDevil = powerDevilMaxLevel_.has_value(),
+                                   .upower = upowerMaxLevel_.has_value(),
+                                   .led = led_.has_value()});
+    std::string line;
+    switch (keyboard_) {
+        case KeyboardWay::gnomeSettingsDaemon:
+            line = "Keyboard backlight through gnome-settings-daemon";
+            break;
+        case KeyboardWay::powerDevil:
+            line = "Keyboard backlight through PowerDevil";
+            break;
+        case KeyboardWay::upower:
+            line = "Keyboard backlight through UPower";
+            break;
+        case KeyboardWay::led:
+            line = "Keyboard backlight through logind and the kernel's LED " + led_->string();
+            break;
+        case KeyboardWay::none:
+            line =
+                "No keyboard backlight: no power daemon or UPower has one and there is no "
+                "kbd_backlight LED in " +
+                ledsFolder.string() + "; keyboard brightness reads as 0.0 and is not changed";
+            break;
     }
+    log_.error(kAppLogSubsystem, kAppLogCategory, line);
 }
 
 std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
     std::unique_ptr<KeyboardBacklight> keyboard;
     switch (keyboard_) {
-        case Keyboard::upower:
-            keyboard = std::make_unique<UPowerKeyboardBacklight>(upowerMaxLevel_, log_);
+        case KeyboardWay::gnomeSettingsDaemon:
+            keyboard = std::make_unique<GnomePowerKeyboardBacklight>(log_);
             break;
-        case Keyboard::led:
-            keyboard = std::make_unique<LedKeyboardBacklight>(led_, log_);
+        case KeyboardWay::powerDevil:
+            keyboard = std::make_unique<LevelKeyboardBacklight>(kPowerDevilKeyboard,
+                                                                *powerDevilMaxLevel_, log_);
             break;
-        case Keyboard::none:
+        case KeyboardWay::upower:
+            keyboard =
+                std::make_unique<LevelKeyboardBacklight>(kUPowerKeyboard, *upowerMaxLevel_, log_);
+            break;
+        case KeyboardWay::led:
+            keyboard = std::make_unique<LedKeyboardBacklight>(*led_, log_);
+            break;
+        case KeyboardWay::none:
             keyboard = std::make_unique<NoKeyboardBacklight>();
             break;
     }

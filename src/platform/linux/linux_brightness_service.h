@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "base/signal.h"
 #include "platform/brightness_service.h"
+#include "platform/linux/keyboard_backlight_choice.h"
 #include "platform/system_log.h"
 
 namespace marzipel {
@@ -12,14 +14,14 @@ namespace marzipel {
 /// Keyboard backlight and blue-light filter of a Linux desktop, reached over D-Bus. Needs a Qt
 /// application object, as every QtDBus user does.
 ///
-/// Keyboard: UPower's keyboard backlight, else a kernel keyboard LED (read from its files and
-/// written through logind), else none: reads then give 0.0 and writes do nothing, which keeps the
-/// program running for the blue-light filter alone. Blue light: GNOME's Night Light, else KWin's
-/// Night Color; with neither on the session bus, one that comes up later is used from then on,
-/// and there is no blue-light client only without a session bus.
+/// Keyboard: the way `chooseKeyboardWay` picks among those that answer at the start; with none,
+/// reads give 0.0 and writes do nothing, which keeps the program running for the blue-light
+/// filter alone. Blue light: GNOME's Night Light, else KWin's Night Color; with neither on the
+/// session bus, one that comes up later is used from then on, and there is no blue-light client
+/// only without a session bus.
 class LinuxBrightnessServiceFactory final : public BrightnessServiceFactory {
 public:
-    /// Looks for the keyboard backlight once; writes one line to `log` when there is none.
+    /// Looks for the keyboard backlight once and writes to `log` which way it is reached.
     explicit LinuxBrightnessServiceFactory(SystemLog& log,
                                            std::filesystem::path ledsFolder = "/sys/class/leds");
 
@@ -32,12 +34,11 @@ public:
     void readAhead() { readAheadRequested_.emit(); }
 
 private:
-    enum class Keyboard { upower, led, none };
-
     SystemLog& log_;
-    Keyboard keyboard_ = Keyboard::none;
-    int upowerMaxLevel_ = 0;
-    std::filesystem::path led_;
+    KeyboardWay keyboard_ = KeyboardWay::none;
+    std::optional<int> powerDevilMaxLevel_;
+    std::optional<int> upowerMaxLevel_;
+    std::optional<std::filesystem::path> led_;
     Signal<> readAheadRequested_;
 };
 

@@ -1,6 +1,6 @@
-// The brightness service's clients: keyboard backlights through UPower and through logind, and
-// blue-light filters, GNOME's through the real gsd-color and KWin's through a stand-in of each
-// generation.
+// The brightness service's clients: keyboard backlights through PowerDevil, UPower and logind
+// (through gnome-settings-daemon in the program test), and blue-light filters, GNOME's through the
+// real gsd-color and KWin's through a stand-in of each generation.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -15,6 +15,7 @@
 #include "gnome_color.h"
 #include "mock_service.h"
 #include "platform/linux/keyboard_backlight.h"
+#include "platform/linux/keyboard_backlight_choice.h"
 #include "platform/linux/linux_brightness_service.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
@@ -25,6 +26,7 @@ namespace {
 
 const QString kUPower = QStringLiteral("org.freedesktop.UPower");
 const QString kKbdPath = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
+const std::string kLogPrefix = "com.orsavelt/MarzipelApp: ";
 
 std::unique_ptr<MockService> startUPower(int max, int level) {
     return std::make_unique<MockService>(
@@ -64,6 +66,9 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     SimSystemLog log;
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
+    EXPECT_EQ(log.entries,
+              std::vector<std::string>{kLogPrefix + "Keyboard backlight through UPower"});
+    log.entries.clear();
     auto reader = factory.create();
     auto writer = factory.create();
 
@@ -94,6 +99,37 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.75f);
 }
 
+// On KDE the keyboard goes through PowerDevil, which keeps the level it puts back; the light is
+// set without PowerDevil's on-screen display, and UPower is not called behind its back.
+TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
+    const auto upower = startUPower(3, 2);
+    MockService powerDevil("powerdevil_keyboard", "org.kde.Solid.PowerManagement", false,
+                           R"({"max": 4, "level": 3})");
+    const QString path =
+        QStringLiteral("/org/kde/Solid/PowerManagement/Actions/KeyboardBrightnessControl");
+    SimSystemLog log;
+    TempFolder noLeds;
+    LinuxBrightnessServiceFactory factory(log, noLeds.path());
+    auto service = factory.create();
+    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
+    service->setBrightness(0.0f, 1);
+    service->setBrightness(0.75f, 1);
+    EXPECT_EQ(powerDevil.calls(path, "setKeyboardBrightnessSilent"),
+              (std::vector<QVariantList>{{0}, {3}}));
+    EXPECT_TRUE(powerDevil.calls(path, "setKeyboardBrightness").empty());
+    EXPECT_TRUE(levelsSet(*upower).empty());
+    EXPECT_EQ(log.entries,
+              std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
+}
+
+TEST(KeyboardWays, TheDesktopsPowerDaemonComesFirstThenUPowerThenTheLed) {
+    EXPECT_EQ(chooseKeyboardWay({true, true, true, true}), KeyboardWay::gnomeSettingsDaemon);
+    EXPECT_EQ(chooseKeyboardWay({false, true, true, true}), KeyboardWay::powerDevil);
+    EXPECT_EQ(chooseKeyboardWay({false, false, true, true}), KeyboardWay::upower);
+    EXPECT_EQ(chooseKeyboardWay({false, false, false, true}), KeyboardWay::led);
+    EXPECT_EQ(chooseKeyboardWay({}), KeyboardWay::none);
+}
+
 TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
     SimSystemLog log;
     TempFolder leds;
@@ -121,6 +157,9 @@ TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
                                            "', 'w').write(str(args[2]))")});
 
     LinuxBrightnessServiceFactory factory(log, leds.path());
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_TRUE(log.entries[0].starts_with(kLogPrefix + "Keyboard backlight through logind"));
+    log.entries.clear();
     auto service = factory.create();
     EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.5f);
     service->setBrightness(1.0f, 1);

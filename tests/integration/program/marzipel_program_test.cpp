@@ -1,12 +1,14 @@
 // The marzipel program as a user runs it: on an X server with a window manager, a keyboard
-// backlight behind UPower (python3-dbusmock) and the real gsd-color for Night Light, each on
-// buses of this test's own. The test's own windows play the video players.
+// backlight behind UPower (python3-dbusmock), the real gsd-color for Night Light and the real
+// gsd-power, each on buses of this test's own. The test's own windows play the video players.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 
 #include "integration/dbus/gnome_color.h"
+#include "integration/dbus/gnome_power.h"
 #include "integration/program/marzipel_run.h"
 #include "integration/x_session.h"
 
@@ -83,6 +85,40 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(marzipel.logHas("App quitting, deactivating"));
     EXPECT_EQ(programtest::gsettingsKeyfile(), keysBefore) << "the user's Night Light keys changed";
+}
+
+// gsd-power keeps its own copy of the keyboard level: dimming for an idle session and undimming
+// afterwards must not light the keyboard in the middle of the film.
+TEST(MarzipelProgramTest, KeyboardGoesThroughGnomePowerAndStaysOffThroughAnIdleDim) {
+    if (!std::filesystem::exists(GSD_POWER_PROGRAM)) GTEST_SKIP() << "gsd-power is missing";
+    programtest::writeDesktopEntries();
+    XSession x;
+    const auto keyboard = programtest::startKeyboardBacklight();
+    const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
+    dbustest::GnomePowerDaemon power;
+    ASSERT_TRUE(power.start("DISPLAY=" + x.display(), scratch("home")))
+        << "gsd-power did not answer for the keyboard";
+    ASSERT_EQ(dbustest::powerKeyboardPercent(), 67);
+    programtest::MarzipelRun marzipel;
+    marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
+                    "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
+    const auto player = x.client().createWindow({.processId = static_cast<std::uint32_t>(getpid()),
+                                                 .instance = kPlayer,
+                                                 .className = kPlayer});
+    x.client().activate(player);
+    x.client().setFullScreen(player, true);
+    ASSERT_TRUE(waitUntil([&] { return !levelsSet().empty(); }));
+    EXPECT_EQ(dbustest::powerKeyboardPercent(), 0);
+
+    ASSERT_TRUE(power.becomeIdle()) << "gsd-power did not dim";
+    power.becomeActive();
+    EXPECT_EQ(dbustest::powerKeyboardPercent(), 0);
+    EXPECT_EQ(levelsSet(), std::vector<int>{0});
+
+    x.client().setFullScreen(player, false);
+    ASSERT_TRUE(waitUntil([&] { return levelsSet().size() == 2; }));
+    EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
+    EXPECT_EQ(dbustest::powerKeyboardPercent(), 67);
 }
 
 }  // namespace

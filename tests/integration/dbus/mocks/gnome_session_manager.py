@@ -1,5 +1,7 @@
-'''GNOME's session manager with the "inhibitors" given: each {"flags": u, "app_id": s}; it also
-owns the bus names in "also_own".'''
+'''GNOME's session manager of an active session with the "inhibitors" given: each
+{"flags": u, "app_id": s}; it also owns the bus names in "also_own".'''
+
+import dbus
 
 BUS_NAME = 'org.gnome.SessionManager'
 MAIN_OBJ = '/org/gnome/SessionManager'
@@ -17,5 +19,6 @@ def load(mock, parameters):
         ])
         paths.append(path)
     mock.AddMethods(MAIN_IFACE, [('GetInhibitors', '', 'ao', f'ret = {paths!r}')])
+    mock.AddProperties(MAIN_IFACE, {'SessionIsActive': True, 'InhibitedActions': dbus.UInt32(0)})
     for name in parameters.get('also_own', []):
         mock.connection.request_name(name)
