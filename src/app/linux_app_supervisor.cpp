@@ -101,7 +101,10 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
             restarted = true;
             continue;
         }
-        if (!reportedRunning || exitedWith(status, 0)) return exitStatus(status);
+        // A first run that fails to start has nothing to put back; a run started again after
+        // one died may fail the same way (a compositor dying takes a moment to stop accepting
+        // connections), and is retried within the same limit.
+        if (exitedWith(status, 0) || (!reportedRunning && !restarted)) return exitStatus(status);
 
         const auto now = std::chrono::steady_clock::now();
         while (!restarts.empty() && now - restarts.front() > std::chrono::minutes(1))
