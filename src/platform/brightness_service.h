@@ -13,7 +13,8 @@ struct BlueLightStatus {
         friend bool operator==(const Time&, const Time&) = default;
     };
     bool enabled = false;
-    /// 0 = no schedule, 1 = sunset to sunrise, 2 = custom schedule.
+    /// 0 = no schedule (switched on by hand), 1 = sunset to sunrise, 2 = custom schedule,
+    /// 3 = always on (a lasting setting of the desktop's).
     std::int32_t mode = 0;
     Time from;
     Time to;

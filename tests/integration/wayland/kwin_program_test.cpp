@@ -1,6 +1,6 @@
 // The marzipel program in a KDE Plasma Wayland session: a real headless KWin with Night Color
-// on, a keyboard backlight behind a stand-in UPower, and the test's own Wayland windows playing
-// the video players.
+// (Plasma 5) or Night Light (Plasma 6) always on, a keyboard backlight behind a stand-in UPower,
+// and the test's own Wayland windows playing the video players.
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -20,9 +20,12 @@ using programtest::kPlayer;
 using waylandtest::KWinSession;
 
 bool nightColorInhibited() {
-    const std::optional<QVariant> inhibited =
-        dbus::property(QDBusConnection::sessionBus(),
-                       {"org.kde.KWin", "/ColorCorrect", "org.kde.kwin.ColorCorrect"}, "inhibited");
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    std::optional<QVariant> inhibited = dbus::property(
+        bus, {"org.kde.KWin", "/org/kde/KWin/NightLight", "org.kde.KWin.NightLight"}, "inhibited");
+    if (!inhibited)
+        inhibited = dbus::property(
+            bus, {"org.kde.KWin", "/ColorCorrect", "org.kde.kwin.ColorCorrect"}, "inhibited");
     return inhibited && inhibited->toBool();
 }
 
