@@ -21,6 +21,9 @@ struct BlueLightStatus {
     friend bool operator==(const BlueLightStatus&, const BlueLightStatus&) = default;
 };
 
+/// What the platform calls its blue-light filter, in the words the user knows it by.
+enum class BlueLightFilterName { nightShift, nightLight, nightColor, none };
+
 /// One pair of platform clients: the keyboard backlight and the blue-light filter.
 /// Main thread only. Results of the setters are not reported.
 class BrightnessService {
@@ -44,6 +47,8 @@ public:
     virtual ~BrightnessServiceFactory() = default;
     /// Null when the keyboard backlight client cannot be created.
     virtual std::unique_ptr<BrightnessService> create() = 0;
+    /// The filter the desktop offers right now; `none` where it offers none.
+    virtual BlueLightFilterName blueLightFilterName() = 0;
 };
 
 }  // namespace marzipel

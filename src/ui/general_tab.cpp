@@ -80,7 +80,9 @@ QCheckBox* toggle(const QString& text, const QString& objectName, QWidget* paren
     return box;
 }
 
-QString qText(const std::string& text) { return QString::fromStdString(text); }
+QString qText(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
 
 }  // namespace
 
@@ -88,7 +90,7 @@ GeneralTab::GeneralTab(const UiServices& services, SettingsViewModel& viewModel,
     : QWidget(parent),
       model_(GeneralTabModel::Services{services.settings, services.launchAtLogin, services.updater,
                                        services.workspace, services.userDirectories, services.clock,
-                                       services.console}),
+                                       services.console, services.brightness}),
       viewModel_(viewModel) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 12, 16, 12);
@@ -108,7 +110,7 @@ GeneralTab::~GeneralTab() = default;
 void GeneralTab::buildActiveSection(QVBoxLayout* column) {
     column->addWidget(heading("What Marzipel will do when active", "activeHeading", this));
     keyboardBacklight_ = toggle("Disable keyboard backlight", "disableKeyboardBacklight", this);
-    nightShift_ = toggle("Disable Night Shift", "disableNightShift", this);
+    nightShift_ = toggle(qText(model_.blueLightToggleLabel()), "disableNightShift", this);
     for (auto [box, feature] : {std::pair{keyboardBacklight_, Feature::keyboardBacklight},
                                 std::pair{nightShift_, Feature::nightShift}}) {
         column->addWidget(box, 0, Qt::AlignLeft);

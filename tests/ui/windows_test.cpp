@@ -264,6 +264,7 @@ private Q_SLOTS:
 
     void closingLeavesTheDockAndConfirmingAlsoStoresWithoutPlayers() {
         UiWorld world;
+        world.sim.brightnessFactory.filterName = BlueLightFilterName::none;
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
@@ -283,7 +284,9 @@ private Q_SLOTS:
                  "When one of the apps I will select goes fullscreen, I want to");
         QVERIFY(!window->findChild<AppList*>());
 
-        QTest::mouseClick(window->findChild<ImageToggle*>("nightShiftToggle"), Qt::LeftButton);
+        auto* blueLight = window->findChild<ImageToggle*>("nightShiftToggle");
+        QCOMPARE(blueLight->text(), "Disable the blue-light filter");
+        QTest::mouseClick(blueLight, Qt::LeftButton);
         QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
         QVERIFY(world.settings.enabledApps().get().empty());
         QCOMPARE(world.settings.enabledFeatures().get(),

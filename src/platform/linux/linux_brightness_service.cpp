@@ -107,6 +107,11 @@ LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
     }
 }
 
+BlueLightFilterName LinuxBrightnessServiceFactory::blueLightFilterName() {
+    const std::unique_ptr<BlueLight> blueLight = findBlueLight(log_);
+    return blueLight ? blueLight->name() : BlueLightFilterName::none;
+}
+
 std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
     std::unique_ptr<KeyboardBacklight> keyboard;
     switch (keyboard_) {
