@@ -88,7 +88,8 @@ int main(int argc, char* argv[]) {
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
     const UiServices services{settings,  launchAtLogin,   application, workspace,
                               updater,   catalog,         filePicker,  imageLoader,
-                              systemLog, userDirectories, clock,       console};
+                              systemLog, userDirectories, clock,       console,
+                              brightness};
     WelcomeWindowManager welcomeWindow(services);
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,

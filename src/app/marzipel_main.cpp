@@ -105,9 +105,9 @@ int main(int argc, char* argv[]) {
                                                                          systemLog, qtMainLoop()),
                              console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
-    const UiServices services{settings,  launchAtLogin,   application, workspace,
-                              updater,   catalog,         filePicker,  imageLoader,
-                              systemLog, userDirectories, clock,       console};
+    const UiServices services{settings, launchAtLogin, application, workspace, updater,
+                              catalog,  filePicker,    imageLoader, systemLog, userDirectories,
+                              clock,    console,       brightness};
     WelcomeWindowManager welcomeWindow(services);
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, windows.spaceMonitor(),

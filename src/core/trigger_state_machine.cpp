@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::int32_t kSunsetToSunrise = 1;
 constexpr std::int32_t kCustomSchedule = 2;
+constexpr std::int32_t kAlwaysOn = 3;
 
 }  // namespace
 
@@ -158,6 +159,11 @@ void TriggerStateMachine::restoreNightShift() {
     } else if (status.mode == kCustomSchedule &&
                isWithinCustomSchedule(clock_.localTime(), status.from, status.to)) {
         log("Re-enabling Night Shift, is within custom schedule");
+        systemClient_.enableNightShift();
+    } else if (status.mode == kAlwaysOn) {
+        // Unlike a filter switched on by hand, this one is the user's lasting choice, and where
+        // the desktop has it our "off" may be all that keeps the user from switching it back on.
+        log("Re-enabling Night Shift, is always on");
         systemClient_.enableNightShift();
     } else {
         // Night Shift switched on by hand with no schedule is deliberately left off.

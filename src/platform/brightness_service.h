@@ -13,12 +13,16 @@ struct BlueLightStatus {
         friend bool operator==(const Time&, const Time&) = default;
     };
     bool enabled = false;
-    /// 0 = no schedule, 1 = sunset to sunrise, 2 = custom schedule.
+    /// 0 = no schedule (switched on by hand), 1 = sunset to sunrise, 2 = custom schedule,
+    /// 3 = always on (a lasting setting of the desktop's).
     std::int32_t mode = 0;
     Time from;
     Time to;
     friend bool operator==(const BlueLightStatus&, const BlueLightStatus&) = default;
 };
+
+/// What the platform calls its blue-light filter, in the words the user knows it by.
+enum class BlueLightFilterName { nightShift, nightLight, nightColor, none };
 
 /// One pair of platform clients: the keyboard backlight and the blue-light filter.
 /// Main thread only. Results of the setters are not reported.
@@ -43,6 +47,8 @@ public:
     virtual ~BrightnessServiceFactory() = default;
     /// Null when the keyboard backlight client cannot be created.
     virtual std::unique_ptr<BrightnessService> create() = 0;
+    /// The filter the desktop offers right now; `none` where it offers none.
+    virtual BlueLightFilterName blueLightFilterName() = 0;
 };
 
 }  // namespace marzipel

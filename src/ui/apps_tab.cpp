@@ -145,7 +145,7 @@ void AppsTab::showTriggerApps() {
                 auto* video = symbolButton(film, "videoSwitch", row);
                 video->setCheckable(true);
                 video->setToolTip("Only when playing video (experimental)");
-                connect(video, &QToolButton::clicked, this,
+                connect(video, &QToolButton::toggled, this,
                         [this, item](bool on) { model_->setOnlyWhenPlayingVideo(item, on); });
                 row->addTrailing(video);
             }
@@ -159,6 +159,7 @@ void AppsTab::showTriggerApps() {
     }
     for (AppRow* row : appList_->rows()) {
         if (auto* video = row->findChild<QToolButton*>("videoSwitch")) {
+            const QSignalBlocker quiet(video);
             video->setChecked(model_->onlyWhenPlayingVideo(row->item()));
         }
     }

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 #include <QVBoxLayout>
@@ -80,7 +81,15 @@ QCheckBox* toggle(const QString& text, const QString& objectName, QWidget* paren
     return box;
 }
 
-QString qText(const std::string& text) { return QString::fromStdString(text); }
+/// Shows `on` without reporting it as the user's change.
+void showChecked(QCheckBox* box, bool on) {
+    const QSignalBlocker quiet(box);
+    box->setChecked(on);
+}
+
+QString qText(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
 
 }  // namespace
 
@@ -88,7 +97,7 @@ GeneralTab::GeneralTab(const UiServices& services, SettingsViewModel& viewModel,
     : QWidget(parent),
       model_(GeneralTabModel::Services{services.settings, services.launchAtLogin, services.updater,
                                        services.workspace, services.userDirectories, services.clock,
-                                       services.console}),
+                                       services.console, services.brightness}),
       viewModel_(viewModel) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 12, 16, 12);
@@ -108,11 +117,11 @@ GeneralTab::~GeneralTab() = default;
 void GeneralTab::buildActiveSection(QVBoxLayout* column) {
     column->addWidget(heading("What Marzipel will do when active", "activeHeading", this));
     keyboardBacklight_ = toggle("Disable keyboard backlight", "disableKeyboardBacklight", this);
-    nightShift_ = toggle("Disable Night Shift", "disableNightShift", this);
+    nightShift_ = toggle(qText(model_.blueLightToggleLabel()), "disableNightShift", this);
     for (auto [box, feature] : {std::pair{keyboardBacklight_, Feature::keyboardBacklight},
                                 std::pair{nightShift_, Feature::nightShift}}) {
         column->addWidget(box, 0, Qt::AlignLeft);
-        connect(box, &QCheckBox::clicked, this,
+        connect(box, &QCheckBox::toggled, this,
                 [this, feature](bool on) { model_.setFeatureEnabled(feature, on); });
     }
 }
@@ -123,7 +132,7 @@ void GeneralTab::buildOtherSection(QVBoxLayout* column) {
 
     launchAtLogin_ = toggle(qText(model_.launchAtLogin().label()), "launchAtLogin", this);
     column->addWidget(launchAtLogin_, 0, Qt::AlignLeft);
-    connect(launchAtLogin_, &QCheckBox::clicked, this,
+    connect(launchAtLogin_, &QCheckBox::toggled, this,
             [this](bool on) { model_.launchAtLogin().setOn(on); });
 
     updaterRow_ = new QWidget(this);
@@ -139,7 +148,7 @@ void GeneralTab::buildOtherSection(QVBoxLayout* column) {
     row->addWidget(checkNow);
     row->addStretch(1);
     column->addWidget(updaterRow_);
-    connect(automaticChecks_, &QCheckBox::clicked, this,
+    connect(automaticChecks_, &QCheckBox::toggled, this,
             [this](bool on) { model_.setAutomaticallyChecksForUpdates(on); });
     connect(checkNow, &QAbstractButton::clicked, this, [this] { model_.checkForUpdatesNow(); });
 }
@@ -157,19 +166,19 @@ void GeneralTab::buildAdvancedSection(QVBoxLayout* column) {
     logsLine_ = new LinkButton("logsLine", 0.9, advanced_);
     section->addWidget(logsLine_, 0, Qt::AlignLeft);
     column->addWidget(advanced_);
-    connect(debugLogging_, &QCheckBox::clicked, this,
+    connect(debugLogging_, &QCheckBox::toggled, this,
             [this](bool on) { model_.debugLogging().setOn(on); });
     connect(logsLine_, &QAbstractButton::clicked, this, [this] { model_.openLogsFolder(); });
 }
 
 void GeneralTab::refresh() {
     refreshPending_ = false;
-    keyboardBacklight_->setChecked(model_.isFeatureEnabled(Feature::keyboardBacklight));
-    nightShift_->setChecked(model_.isFeatureEnabled(Feature::nightShift));
-    launchAtLogin_->setChecked(model_.launchAtLogin().isOn());
+    showChecked(keyboardBacklight_, model_.isFeatureEnabled(Feature::keyboardBacklight));
+    showChecked(nightShift_, model_.isFeatureEnabled(Feature::nightShift));
+    showChecked(launchAtLogin_, model_.launchAtLogin().isOn());
     updaterRow_->setVisible(model_.hasUpdater());
-    automaticChecks_->setChecked(model_.automaticallyChecksForUpdates());
-    debugLogging_->setChecked(model_.debugLogging().isOn());
+    showChecked(automaticChecks_, model_.automaticallyChecksForUpdates());
+    showChecked(debugLogging_, model_.debugLogging().isOn());
     const QString logs = qText(model_.logsLineText());
     logsLine_->setText(logs);
     logsLine_->setToolTip(logs);

@@ -2,6 +2,7 @@
 
 #include "detection/app_catalog.h"
 #include "platform/application.h"
+#include "platform/brightness_service.h"
 #include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/file_picker.h"
@@ -30,6 +31,7 @@ struct UiServices {
     const UserDirectories& userDirectories;
     const Clock& clock;
     Console& console;
+    BrightnessServiceFactory& brightness;
 };
 
 }  // namespace marzipel

@@ -117,16 +117,19 @@ private:
         auto* row = new QHBoxLayout;
         row->setSpacing(32);
         row->addStretch(1);
-        auto add = [&](IconName icon, const char* caption, const char* name, Feature feature) {
+        auto add = [&](IconName icon, std::string_view caption, const char* name, Feature feature) {
             SelectedFeatures& selected = model_->selectedFeatures();
-            auto* toggle = new ImageToggle(themedIcon(icon), caption, this);
+            auto* toggle =
+                new ImageToggle(themedIcon(icon),
+                                QString::fromUtf8(caption.data(), qsizetype(caption.size())), this);
             toggle->setObjectName(name);
             toggle->setChecked(selected.isSelected(feature));
             connect(toggle, &ImageToggle::toggled, this,
                     [&selected, feature](bool on) { selected.setSelected(feature, on); });
             row->addWidget(toggle);
         };
-        add(IconName::moonHaze, "Disable Night Shift", "nightShiftToggle", Feature::nightShift);
+        add(IconName::moonHaze, model_->blueLightToggleLabel(), "nightShiftToggle",
+            Feature::nightShift);
         add(IconName::light, "Disable keyboard backlight", "keyboardBacklightToggle",
             Feature::keyboardBacklight);
         row->addStretch(1);
@@ -155,7 +158,8 @@ WelcomeWindowManager::~WelcomeWindowManager() { delete window_; }
 void WelcomeWindowManager::showWelcomeWindow() {
     std::vector<AppItem> detected = findInstalledVideoApps(services_.catalog, services_.systemLog);
     auto model = std::make_unique<WelcomeModel>(services_.settings, services_.launchAtLogin,
-                                                services_.application, std::move(detected));
+                                                services_.application, services_.brightness,
+                                                std::move(detected));
     delete window_;
     window_ = new WelcomeWindow(std::move(model), services_.imageLoader);
     centreOnPrimaryScreen(*window_);

@@ -33,9 +33,9 @@ struct UiWorld {
 
     UiServices services() {
         return UiServices{
-            settings,  launchAtLogin, sim.application, sim.workspace, sim.updater,
-            catalog,   filePicker,    imageLoader,     sim.systemLog, sim.userDirectories,
-            sim.clock, sim.console};
+            settings,  launchAtLogin, sim.application,      sim.workspace, sim.updater,
+            catalog,   filePicker,    imageLoader,          sim.systemLog, sim.userDirectories,
+            sim.clock, sim.console,   sim.brightnessFactory};
     }
 
     /// An application bundle at `path` with this identifier, name and icon file name.

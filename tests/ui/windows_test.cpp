@@ -1,5 +1,6 @@
 // The windows and the tray over an in-memory world.
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -64,6 +65,13 @@ QStringList shownNames(const QWidget& parent) {
     return names;
 }
 
+/// Flips a switch as assistive technology does: through its accessible action, with no click.
+void toggleAccessibly(QWidget* widget) {
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(widget);
+    QVERIFY(access && access->actionInterface());
+    access->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+}
+
 void click(QWidget* widget) {
     QVERIFY(widget);
     QTest::mouseClick(widget, Qt::LeftButton);
@@ -110,12 +118,14 @@ private Q_SLOTS:
         QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::keyboardBacklight});
         open.find<QCheckBox>("disableKeyboardBacklight")->click();
         QVERIFY(open.storedFeatures().empty());
+        toggleAccessibly(nightShift);
+        QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::nightShift});
 
         // Changes made elsewhere show up too.
         open.world.settings.setFeatureEnabled(Feature::keyboardBacklight, true);
         QTRY_VERIFY(open.find<QCheckBox>("disableKeyboardBacklight")->isChecked());
 
-        open.find<QCheckBox>("launchAtLogin")->click();
+        toggleAccessibly(open.find<QCheckBox>("launchAtLogin"));
         QCOMPARE(open.world.loginItems.currentStatus, LoginItemStatus::enabled);
         open.world.loginItems.unregisterError = "refused";
         auto* launchAtLogin = open.find<QCheckBox>("launchAtLogin");
@@ -264,6 +274,7 @@ private Q_SLOTS:
 
     void closingLeavesTheDockAndConfirmingAlsoStoresWithoutPlayers() {
         UiWorld world;
+        world.sim.brightnessFactory.filterName = BlueLightFilterName::none;
         world.settings.addTriggerApp({"com.example.old", "Old", std::nullopt});
         WelcomeWindowManager manager(world.services());
         manager.showWelcomeWindow();
@@ -283,7 +294,9 @@ private Q_SLOTS:
                  "When one of the apps I will select goes fullscreen, I want to");
         QVERIFY(!window->findChild<AppList*>());
 
-        QTest::mouseClick(window->findChild<ImageToggle*>("nightShiftToggle"), Qt::LeftButton);
+        auto* blueLight = window->findChild<ImageToggle*>("nightShiftToggle");
+        QCOMPARE(blueLight->text(), "Disable the blue-light filter");
+        toggleAccessibly(blueLight);
         QTest::mouseClick(window->findChild<QPushButton*>("confirmButton"), Qt::LeftButton);
         QVERIFY(world.settings.enabledApps().get().empty());
         QCOMPARE(world.settings.enabledFeatures().get(),

@@ -17,6 +17,7 @@ public:
     virtual void setMode(std::int32_t mode) = 0;
     /// Asks for the state now, for a `status` call that follows in this event-loop turn.
     virtual void readAhead() {}
+    virtual BlueLightFilterName name() const = 0;
 };
 
 }  // namespace marzipel

@@ -21,6 +21,7 @@ public:
     void setEnabled(bool enabled) override;
     void setMode(std::int32_t mode) override;
     void readAhead() override;
+    BlueLightFilterName name() const override { return BlueLightFilterName::nightLight; }
 
 private:
     void setDisabledUntilTomorrow(bool disabled);

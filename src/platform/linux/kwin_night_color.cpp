@@ -22,6 +22,8 @@ std::int32_t statusMode(unsigned kwinMode) {
             return 1;
         case 2:
             return 2;
+        case 3:
+            return 3;
         default:
             return 0;
     }

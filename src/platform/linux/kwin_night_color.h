@@ -26,6 +26,11 @@ public:
     void setEnabled(bool enabled) override;
     void setMode(std::int32_t mode) override;
     void readAhead() override;
+    /// Plasma 6 renamed it.
+    BlueLightFilterName name() const override {
+        return generation_ == Generation::plasma6 ? BlueLightFilterName::nightLight
+                                                  : BlueLightFilterName::nightColor;
+    }
 
 private:
     void release();

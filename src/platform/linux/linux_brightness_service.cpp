@@ -124,6 +124,11 @@ LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
     log_.error(kAppLogSubsystem, kAppLogCategory, line);
 }
 
+BlueLightFilterName LinuxBrightnessServiceFactory::blueLightFilterName() {
+    const std::unique_ptr<BlueLight> blueLight = findBlueLight(log_);
+    return blueLight ? blueLight->name() : BlueLightFilterName::none;
+}
+
 std::unique_ptr<BrightnessService> LinuxBrightnessServiceFactory::create() {
     std::unique_ptr<KeyboardBacklight> keyboard;
     switch (keyboard_) {

@@ -28,6 +28,8 @@ public:
     /// Never null. Looks for the blue-light service afresh; the service lives on the thread
     /// that calls this.
     std::unique_ptr<BrightnessService> create() override;
+    /// Asks the session bus afresh.
+    BlueLightFilterName blueLightFilterName() override;
 
     /// Has every client made here ask for its keyboard level and filter state now, so that
     /// reading them in this event-loop turn waits less.

@@ -7,14 +7,25 @@
 #include <algorithm>
 
 namespace marzipel {
+namespace {
+
+std::optional<WindowIdentity> fullScreenWindow(const std::optional<ReportedWindow>& window) {
+    if (!window || !window->fullScreen) return std::nullopt;
+    return window->identity;
+}
+
+}  // namespace
 
 ReportedWindows::ReportedWindows(const DesktopEntries& entries, std::string procRoot)
     : identifier_(entries, std::move(procRoot)) {}
 
 void ReportedWindows::reportActive(std::optional<ReportedWindow> window) {
-    const bool wentFullScreen = window && window->fullScreen && !(active_ && *active_ == *window);
+    // Sources repeat themselves: GNOME Shell, for one, signals one change for the window and
+    // again for its display. Each decision must be made once, for a change that matters.
+    const bool changed = fullScreenWindow(window) != fullScreenWindow(active_);
     active_ = std::move(window);
-    if (wentFullScreen && fullScreenLikely_) fullScreenLikely_();
+    if (!changed) return;
+    if (active_ && active_->fullScreen && fullScreenLikely_) fullScreenLikely_();
     if (handler_) handler_();
 }
 

@@ -30,8 +30,9 @@ public:
     /// `procRoot`.
     explicit ReportedWindows(const DesktopEntries& entries, std::string procRoot = "/proc");
 
-    /// The focused window, nothing when none has focus. Every report reaches the handler,
-    /// a repeat of the last one too.
+    /// The focused window, nothing when none has focus. The handler hears only of what changes
+    /// the full-screen window (none while the focused one is not full screen): not of repeats,
+    /// nor of focus moving between regular windows.
     void reportActive(std::optional<ReportedWindow> window);
     /// The normal windows, in the compositor's order; the active one need not be among them.
     void reportWindows(std::vector<WindowIdentity> windows);

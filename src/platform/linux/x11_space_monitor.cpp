@@ -29,6 +29,7 @@ X11SpaceMonitor::X11SpaceMonitor(SystemLog& log, const std::string& display)
     }
     events_.selectEvents(events_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     watchActiveWindow();
+    fullScreenAsLastTold_ = fullScreenWindow();
     notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(events_.get()),
                                                   QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { readEvents(); });
@@ -38,6 +39,12 @@ X11SpaceMonitor::X11SpaceMonitor(SystemLog& log, const std::string& display)
 X11SpaceMonitor::~X11SpaceMonitor() = default;
 
 bool X11SpaceMonitor::isOnActiveSpace() const {
+    const bool fullScreen = fullScreenWindow() != XCB_WINDOW_NONE;
+    if (fullScreen && fullScreenLikely_) fullScreenLikely_();
+    return !fullScreen;
+}
+
+xcb_window_t X11SpaceMonitor::fullScreenWindow() const {
     // The window watched for state changes is nearly always still the active one, so its state
     // is asked for together with the active window; only when another has come up since is its
     // state asked for again.
@@ -56,8 +63,7 @@ bool X11SpaceMonitor::isOnActiveSpace() const {
     const bool fullScreen =
         active != XCB_WINDOW_NONE && std::ranges::count(states, atoms._NET_WM_STATE_FULLSCREEN) > 0;
     queries_.dropQueuedEvents();
-    if (fullScreen && fullScreenLikely_) fullScreenLikely_();
-    return !fullScreen;
+    return fullScreen ? active : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 void X11SpaceMonitor::setActiveSpaceChangedHandler(std::function<void()> handler) {
@@ -66,6 +72,7 @@ void X11SpaceMonitor::setActiveSpaceChangedHandler(std::function<void()> handler
 
 void X11SpaceMonitor::readEvents() {
     const auto& atoms = events_.ewmh();
+    bool changing = false;
     while (XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(events_.get())}) {
         if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) continue;
         const auto& change = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
@@ -77,13 +84,22 @@ void X11SpaceMonitor::readEvents() {
         if (change.atom == atoms._NET_ACTIVE_WINDOW) watchActiveWindow();
         if (changeArriving_) changeArriving_(watched_);
         if (onActive && fullScreenLikely_) fullScreenLikely_();
-        if (handler_) {
-            // The handler may replace itself.
-            const auto handler = handler_;
-            handler();
-        }
+        changing = true;
     }
     xcb_flush(events_.get());
+    // One change sets several properties, some of them again unchanged, and openbox moves focus
+    // through no window at all: each decision must be made once, for a change that matters.
+    if (changing && events_.isOpen()) {
+        const xcb_window_t now = fullScreenWindow();
+        if (now != fullScreenAsLastTold_) {
+            fullScreenAsLastTold_ = now;
+            if (handler_) {
+                // The handler may replace itself.
+                const auto handler = handler_;
+                handler();
+            }
+        }
+    }
     if (!events_.isOpen() && notifier_->isEnabled()) {
         // A broken connection stays readable; without this the loop would spin on it.
         notifier_->setEnabled(false);

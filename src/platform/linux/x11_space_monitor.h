@@ -16,7 +16,10 @@ namespace marzipel {
 /// The full-screen state of the X11 session: the active window is "on another space" while
 /// its _NET_WM_STATE holds _NET_WM_STATE_FULLSCREEN. Woken by the Qt event loop for property
 /// changes of the root (_NET_ACTIVE_WINDOW, _NET_CURRENT_DESKTOP) and of the active window
-/// (_NET_WM_STATE); there is no timer. Made after the Qt application object; main thread only.
+/// (_NET_WM_STATE); there is no timer. The change handler hears only of what changes the
+/// answer or, while it is false, the full-screen window: not of focus moving between regular
+/// windows, nor of properties set again unchanged. Made after the Qt application object; main
+/// thread only.
 class X11SpaceMonitor final : public SpaceMonitor {
 public:
     /// Connects to `display` ($DISPLAY when empty). When that fails, or the server goes away
@@ -46,6 +49,8 @@ public:
     std::optional<std::string> mainBundleName() const override { return std::nullopt; }
 
 private:
+    /// The active window if it is full screen, else none.
+    xcb_window_t fullScreenWindow() const;
     void readEvents();
     void watchActiveWindow();
 
@@ -56,6 +61,7 @@ private:
     X11Connection events_;
     X11Connection queries_;
     xcb_window_t watched_ = XCB_WINDOW_NONE;
+    xcb_window_t fullScreenAsLastTold_ = XCB_WINDOW_NONE;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::function<void()> handler_;
     std::function<void()> fullScreenLikely_;

@@ -32,6 +32,7 @@ private:
 class MacBrightnessServiceFactory final : public BrightnessServiceFactory {
 public:
     std::unique_ptr<BrightnessService> create() override { return MacBrightnessService::create(); }
+    BlueLightFilterName blueLightFilterName() override { return BlueLightFilterName::nightShift; }
 };
 
 }  // namespace marzipel

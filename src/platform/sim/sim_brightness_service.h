@@ -42,8 +42,10 @@ class SimBrightnessServiceFactory final : public BrightnessServiceFactory {
 public:
     explicit SimBrightnessServiceFactory(SimBrightnessWorld& world) : world_(world) {}
     std::unique_ptr<BrightnessService> create() override;
+    BlueLightFilterName blueLightFilterName() override { return filterName; }
 
     bool keyboardMissing = false;
+    BlueLightFilterName filterName = BlueLightFilterName::nightShift;
 
 private:
     SimBrightnessWorld& world_;

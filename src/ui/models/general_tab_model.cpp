@@ -4,6 +4,7 @@
 
 #include "diagnostics/debug_log.h"
 #include "diagnostics/file_logger.h"
+#include "ui/models/blue_light_label.h"
 
 namespace marzipel {
 
@@ -12,6 +13,8 @@ GeneralTabModel::GeneralTabModel(const Services& services)
       updater_(services.updater),
       workspace_(services.workspace),
       userDirectories_(services.userDirectories),
+      blueLightToggleLabel_(
+          marzipel::blueLightToggleLabel(services.brightness.blueLightFilterName())),
       launchAtLogin_("Launch Marzipel at login", services.launchAtLogin),
       enabledFeatures_(services.settings.enabledFeatures()),
       debugLogging_("Enable debug logging", services.settings.debugLoggingEnabled(),

@@ -3,8 +3,10 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "base/signal.h"
+#include "platform/brightness_service.h"
 #include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/updater.h"
@@ -29,6 +31,7 @@ public:
         const UserDirectories& userDirectories;
         const Clock& clock;
         Console& console;
+        BrightnessServiceFactory& brightness;
     };
 
     /// Every service must outlive the model.
@@ -36,6 +39,9 @@ public:
     GeneralTabModel(const GeneralTabModel&) = delete;
     GeneralTabModel& operator=(const GeneralTabModel&) = delete;
 
+    /// The blue-light filter's switch, named as the platform named the filter when the model
+    /// was made.
+    std::string_view blueLightToggleLabel() const { return blueLightToggleLabel_; }
     /// Whether `feature` runs while active; switching stores the whole set at once.
     bool isFeatureEnabled(Feature feature) const;
     void setFeatureEnabled(Feature feature, bool on);
@@ -68,6 +74,7 @@ private:
     Updater& updater_;
     Workspace& workspace_;
     const UserDirectories& userDirectories_;
+    std::string_view blueLightToggleLabel_;
     LaunchAtLoginToggle launchAtLogin_;
     DefaultsObservable<std::set<Feature>> enabledFeatures_;
     DefaultsToggle debugLogging_;

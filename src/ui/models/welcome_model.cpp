@@ -1,12 +1,16 @@
 #include "ui/models/welcome_model.h"
 
+#include "ui/models/blue_light_label.h"
+
 namespace marzipel {
 
 WelcomeModel::WelcomeModel(const SettingsManager& settings, LaunchAtLogin& launchAtLogin,
-                           Application& application, std::vector<AppItem> detectedApps)
+                           Application& application, BrightnessServiceFactory& brightness,
+                           std::vector<AppItem> detectedApps)
     : settings_(settings),
       launchAtLogin_(launchAtLogin),
       application_(application),
+      blueLightToggleLabel_(marzipel::blueLightToggleLabel(brightness.blueLightFilterName())),
       detectedApps_(std::move(detectedApps)) {}
 
 std::string_view WelcomeModel::detectedAppsHeading() const {

@@ -6,6 +6,7 @@
 
 #include "base/signal.h"
 #include "platform/application.h"
+#include "platform/brightness_service.h"
 #include "settings/app_item.h"
 #include "settings/launch_at_login.h"
 #include "settings/selections.h"
@@ -20,7 +21,8 @@ class WelcomeModel {
 public:
     /// `detectedApps` in the order discovery found them. The others must outlive the model.
     WelcomeModel(const SettingsManager& settings, LaunchAtLogin& launchAtLogin,
-                 Application& application, std::vector<AppItem> detectedApps);
+                 Application& application, BrightnessServiceFactory& brightness,
+                 std::vector<AppItem> detectedApps);
     WelcomeModel(const WelcomeModel&) = delete;
     WelcomeModel& operator=(const WelcomeModel&) = delete;
 
@@ -30,6 +32,10 @@ public:
     std::string_view detectedAppsHeading() const;
     /// The line above the two feature switches.
     std::string_view featuresHeading() const;
+
+    /// The blue-light filter's switch, named as the platform named the filter when the model
+    /// was made.
+    std::string_view blueLightToggleLabel() const { return blueLightToggleLabel_; }
 
     /// Starts empty: every app switch off.
     SelectedApps& selectedApps() { return selectedApps_; }
@@ -52,6 +58,7 @@ private:
     const SettingsManager& settings_;
     LaunchAtLogin& launchAtLogin_;
     Application& application_;
+    std::string_view blueLightToggleLabel_;
     std::vector<AppItem> detectedApps_;
     SelectedApps selectedApps_;
     SelectedFeatures selectedFeatures_;

@@ -267,7 +267,7 @@ TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
         {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, 2, {22, 30}, {7, 0}}},
         // Plasma 5: daytime by temperature, and its own mode numbers.
         {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, 1, {}, {}}},
-        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 0, {}, {}}},
+        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 3, {}, {}}},
         {R"({"plasma": 5, "mode": 1, "running": false})", {false, 1, {}, {}}},
     };
     SimSystemLog log;

@@ -54,6 +54,8 @@ TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsO
     FakeDesktopEntries entries;
     ReportedWindows windows{entries};
     SimSystemLog log;
+    int posts = 0;
+    windows.setActiveSpaceChangedHandler([&] { ++posts; });
     auto source = std::make_unique<GnomeShellWindows>(windows, log);
 
     Child player = gnomeShell().startWindow(kListedApp);
@@ -74,7 +76,13 @@ TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsO
     ASSERT_TRUE(waitForFocus(windows, other.pid()));
     EXPECT_EQ(windows.frontmostApplication()->bundleIdentifier, "marzipel-test-unlisted");
     EXPECT_TRUE(windows.runningApplication(player.pid()));
+    // The shell signals each full-screen change twice, for the window and for its display: one
+    // post each.
+    posts = 0;
     ASSERT_TRUE(signalUntil(other.pid(), SIGUSR1, [&] { return !windows.isOnActiveSpace(); }));
+    ASSERT_TRUE(signalUntil(other.pid(), SIGUSR2, [&] { return windows.isOnActiveSpace(); }));
+    ASSERT_TRUE(signalUntil(other.pid(), SIGUSR1, [&] { return !windows.isOnActiveSpace(); }));
+    EXPECT_EQ(posts, 3);
     other.stop();
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
     EXPECT_TRUE(processEventsUntil([&] { return !windows.runningApplication(other.pid()); }));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 
@@ -24,9 +25,10 @@ using programtest::kPlayer;
 using programtest::scratch;
 
 // The whole life of a run: an app that is no trigger, the trigger player in and out of full
-// screen, an end the program did not ask for (its supervisor starts it again and the new run
-// puts both back) and SIGTERM, which puts both back before the program ends. The user's Night
-// Light keys stay as they were.
+// screen, each decided once (focus moving between regular windows is no change), an end the
+// program did not ask for (its supervisor starts it again and the new run puts both back) and
+// SIGTERM, which puts both back before the program ends. The user's Night Light keys stay as
+// they were.
 TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds) {
     programtest::writeDesktopEntries();
     // Night Light on from an hour ago to an hour from now: on, whatever the time.
@@ -54,6 +56,15 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
         return window;
     };
 
+    const std::string playerWent = std::string(kPlayer) + " went full screen";
+    // How often `line` was logged after the player first went full screen, until its next time.
+    const auto afterFirstFullScreen = [&](const std::string& line) {
+        const std::vector<std::string> lines = marzipel.logLines();
+        auto from = std::ranges::find(lines, playerWent);
+        if (from != lines.end()) ++from;
+        return std::count(from, std::find(from, lines.end(), playerWent), line);
+    };
+
     const auto other = fullScreenWindowOf(kOtherApp);
     ASSERT_TRUE(
         waitUntil([&] { return marzipel.logHas(std::string(kOtherApp) + " went full screen"); }));
@@ -67,9 +78,14 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
     EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
     EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
     EXPECT_TRUE(colorProperty("NightLightActive"));
+    x.client().activate(other);
+    x.client().activate(player);
 
     x.client().setFullScreen(player, true);
     ASSERT_TRUE(waitUntil([&] { return levelsSet() == std::vector<int>{0, 2, 0}; }));
+    // Leaving full screen was decided once; focus moving between regular windows changes nothing.
+    EXPECT_EQ(afterFirstFullScreen("Left full screen"), 1);
+    EXPECT_EQ(afterFirstFullScreen("Doing nothing, was not active"), 0);
     ASSERT_TRUE(waitUntil([&] { return marzipel.activeRunSaved(); }));
     const pid_t killed = marzipel.appPid();
     kill(killed, SIGKILL);

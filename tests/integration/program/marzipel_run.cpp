@@ -70,6 +70,17 @@ bool MarzipelRun::logHas(const std::string& line) const {
     return readFile(debugLog_).find(line + "\n") != std::string::npos;
 }
 
+std::vector<std::string> MarzipelRun::logLines() const {
+    std::vector<std::string> messages;
+    std::istringstream log(readFile(debugLog_));
+    for (std::string line; std::getline(log, line);) {
+        // The time ends with its zone and ": ".
+        const std::size_t start = line.find(": ");
+        messages.push_back(start == std::string::npos ? line : line.substr(start + 2));
+    }
+    return messages;
+}
+
 std::unique_ptr<dbustest::MockService> startKeyboardBacklight() {
     return std::make_unique<dbustest::MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
                                                    true, R"({"max": 3, "level": 2})");

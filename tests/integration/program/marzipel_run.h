@@ -36,6 +36,8 @@ public:
     bool activeRunSaved() const;
     /// Whether the debug log has `line` as a whole line.
     bool logHas(const std::string& line) const;
+    /// The debug log's messages, oldest first, without their times.
+    std::vector<std::string> logLines() const;
     /// The environment of a run, with `environment` added.
     std::vector<std::string> environment(const std::vector<std::string>& environment) const;
 

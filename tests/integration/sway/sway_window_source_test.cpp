@@ -87,12 +87,16 @@ TEST(SwayWindowSourceTest, FollowsFocusFullScreenAndWorkspacesUntilSwayEnds) {
     session.command("[app_id=org.example.Player] focus");
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
     EXPECT_EQ(windows.frontmostApplication()->bundleIdentifier, "org.example.Player");
+    // One post for each change, and none for Sway's events that change nothing we report.
+    int posts = 0;
+    windows.setActiveSpaceChangedHandler([&] { ++posts; });
     session.command("[app_id=org.example.Player] fullscreen enable");
     EXPECT_TRUE(waitForFocus(windows, player.pid(), true));
     session.command("[app_id=org.example.Player] fullscreen disable");
     EXPECT_TRUE(waitForFocus(windows, player.pid()));
     // The client asks for itself.
     EXPECT_TRUE(signalUntil(player.pid(), SIGUSR1, [&] { return !windows.isOnActiveSpace(); }));
+    EXPECT_EQ(posts, 3);
 
     session.command("workspace 2");
     EXPECT_TRUE(waitForFocus(windows, 0));

@@ -1,6 +1,6 @@
 // The marzipel program in a KDE Plasma Wayland session: a real headless KWin with Night Color
-// on, a keyboard backlight behind a stand-in UPower, and the test's own Wayland windows playing
-// the video players.
+// (Plasma 5) or Night Light (Plasma 6) always on, a keyboard backlight behind a stand-in UPower,
+// and the test's own Wayland windows playing the video players.
 #include <gtest/gtest.h>
 
 #include <fcntl.h>

@@ -1,6 +1,5 @@
 #include "integration/wayland/kwin_session.h"
 
-#include <QTime>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -33,14 +32,11 @@ KWinSession::KWinSession() {
     makeRuntimeFolder(folder_.path() / "runtime");
     const char* config = std::getenv("XDG_CONFIG_HOME");
     if (!config) throw std::runtime_error("XDG_CONFIG_HOME is not set");
-    // Fixed hours (mode 2) from an hour ago to an hour from now: a filter on a schedule, which
-    // Marzipel hands back after full screen ("Constant" would count as switched on by hand).
+    // Always on ("Constant"): the user's lasting setting, which Marzipel gives back after full
+    // screen. Plasma 5 and 6 read it from the same group.
     std::filesystem::create_directories(config);
-    const QTime now = QTime::currentTime();
     std::ofstream(std::filesystem::path(config) / "kwinrc")
-        << "[NightColor]\nActive=true\nMode=2\nNightTemperature=3500\nEveningBeginFixed="
-        << now.addSecs(-3600).toString("hhmm").toStdString()
-        << "\nMorningBeginFixed=" << now.addSecs(3600).toString("hhmm").toStdString() << "\n";
+        << "[NightColor]\nActive=true\nMode=Constant\nNightTemperature=3500\n";
     ensureRunning();
 }
 
