@@ -36,7 +36,8 @@ struct BenchWorld {
         settings = std::make_unique<SettingsManager>(store, sim.console);
         settings->addTriggerApp(AppItem{"org.videolan.vlc", "VLC", std::nullopt});
         settings->setAppFeature("org.videolan.vlc", Feature::onlyWhenPlayingVideo, false);
-        sim.workspace.applications.push_back(RunningApplication{501, "org.videolan.vlc", "VLC"});
+        sim.workspace.applications.push_back(
+            RunningApplication{501, "org.videolan.vlc", "VLC", std::nullopt});
         sim.workspace.frontmostProcessId = 501;
         sim.powerAssertions.reply.table->emplace(
             501, PlistArray{PlistDictionary{{"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
