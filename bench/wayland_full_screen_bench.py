@@ -36,7 +36,7 @@ from linux_tray_bench import (PLAYER, ROOT, BrightnessCalls, Processes, output, 
                               percentile, start_buses_and_keyboard, start_stand_in, succeeds,
                               supervised_run, wait_for, write_home)
 
-SCRIPT = os.path.join(ROOT, "src/platform/linux/kwin_window_reports.js")
+SCRIPT = os.path.join(ROOT, "src/platform/linux/windows/kwin/kwin_window_reports.js")
 EXTENSION = "marzipel@orsavelt.com"
 
 # Owns marzipel's bus name and prints the arrival time of every full-screen report, nothing else.

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "app/sim/sim_platform.h"
-#include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/files/plist_file_preferences_store.h"
 #include "settings/settings_manager.h"
 
 namespace marzipel {

@@ -4,7 +4,7 @@ include(GNUInstallDirs)
 set(marzipel_packaging ${CMAKE_CURRENT_LIST_DIR})
 
 install(TARGETS marzipel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT marzipel)
-install(FILES ${PROJECT_SOURCE_DIR}/src/platform/linux/kwin_window_reports.js
+install(FILES ${PROJECT_SOURCE_DIR}/src/platform/linux/windows/kwin/kwin_window_reports.js
         DESTINATION ${CMAKE_INSTALL_DATADIR}/marzipel COMPONENT marzipel)
 install(FILES ${marzipel_packaging}/com.orsavelt.Marzipel.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT marzipel)

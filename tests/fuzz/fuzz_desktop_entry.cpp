@@ -10,8 +10,8 @@
 #include <string_view>
 
 #include "base/utf8.h"
-#include "platform/linux/icon_theme_lookup.h"
-#include "platform/linux/linux_desktop_entries.h"
+#include "platform/linux/xdg/icon_theme_lookup.h"
+#include "platform/linux/xdg/linux_desktop_entries.h"
 #include "support/temp_folder.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/files/plist_file_preferences_store.h"
 #include "platform/plist/plist_codec.h"
 #include "platform/sim/sim_basics.h"
 #include "support/temp_folder.h"

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/sway_ipc_reader.h"
-#include "platform/linux/sway_tree.h"
+#include "platform/linux/windows/sway/sway_ipc_reader.h"
+#include "platform/linux/windows/sway/sway_tree.h"
 
 namespace {
 

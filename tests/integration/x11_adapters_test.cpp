@@ -7,8 +7,8 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/linux/x11_space_monitor.h"
-#include "platform/linux/x11_workspace.h"
+#include "platform/linux/windows/x11/x11_space_monitor.h"
+#include "platform/linux/windows/x11/x11_workspace.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
 #include "support/fake_desktop_entries.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/x11_connection.h"
+#include "platform/linux/windows/x11/x11_connection.h"
 #include "support/child_process.h"
 #include "support/temp_folder.h"
 

@@ -16,8 +16,8 @@
 #include "detection/installed_video_apps.h"
 #include "diagnostics/debug_log.h"
 #include "diagnostics/file_logger.h"
+#include "platform/linux/files/plist_file_preferences_store.h"
 #include "platform/linux/local_clock.h"
-#include "platform/linux/plist_file_preferences_store.h"
 #include "platform/local/local_bundle_files.h"
 #include "settings/settings_manager.h"
 

@@ -16,7 +16,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "platform/linux/unix_signal_watcher.h"
+#include "platform/linux/process/unix_signal_watcher.h"
 
 namespace marzipel {
 namespace {

@@ -14,9 +14,9 @@
 
 #include "gnome_color.h"
 #include "mock_service.h"
-#include "platform/linux/keyboard_backlight.h"
-#include "platform/linux/keyboard_backlight_choice.h"
-#include "platform/linux/linux_brightness_service.h"
+#include "platform/linux/brightness/keyboard_backlight.h"
+#include "platform/linux/brightness/keyboard_backlight_choice.h"
+#include "platform/linux/brightness/linux_brightness_service.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
 #include "support/temp_folder.h"

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/linux/dbus_call.h"
-#include "platform/linux/night_light_schedule_keys.h"
+#include "platform/linux/brightness/night_light_schedule_keys.h"
+#include "platform/linux/dbus/dbus_call.h"
 #include "support/compositor_session.h"
 
 namespace marzipel::dbustest {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "mock_service.h"
-#include "platform/linux/dbus_call.h"
+#include "platform/linux/dbus/dbus_call.h"
 
 namespace marzipel::dbustest {
 

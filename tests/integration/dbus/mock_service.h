@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/dbus_call.h"
+#include "platform/linux/dbus/dbus_call.h"
 #include "private_bus.h"
 
 namespace marzipel::dbustest {

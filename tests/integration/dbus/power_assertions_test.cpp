@@ -5,8 +5,8 @@
 #include <set>
 
 #include "mock_service.h"
-#include "platform/linux/dbus_call.h"
-#include "platform/linux/linux_power_assertions.h"
+#include "platform/linux/dbus/dbus_call.h"
+#include "platform/linux/playback/linux_power_assertions.h"
 
 namespace marzipel::dbustest {
 namespace {

@@ -7,8 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "platform/linux/dbus_call.h"
-#include "platform/linux/gnome_shell_windows.h"
+#include "platform/linux/dbus/dbus_call.h"
+#include "platform/linux/windows/gnome/gnome_shell_windows.h"
 #include "support/temp_folder.h"
 
 namespace marzipel::dbustest {

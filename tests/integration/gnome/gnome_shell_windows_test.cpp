@@ -1,7 +1,7 @@
 // Marzipel's GNOME source against a real headless GNOME Shell running Marzipel's extension: the
 // test's own Qt windows are the applications, and the test's connection holds Marzipel's name,
 // the only one the extension reports to.
-#include "platform/linux/gnome_shell_windows.h"
+#include "platform/linux/windows/gnome/gnome_shell_windows.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include "integration/gnome/gnome_shell_session.h"
 #include "integration/wayland/reported_windows_wait.h"
-#include "platform/linux/dbus_call.h"
+#include "platform/linux/dbus/dbus_call.h"
 #include "platform/sim/sim_basics.h"
 #include "support/fake_desktop_entries.h"
 

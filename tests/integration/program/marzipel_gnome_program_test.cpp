@@ -9,7 +9,7 @@
 #include "integration/dbus/gnome_color.h"
 #include "integration/gnome/gnome_shell_session.h"
 #include "integration/program/marzipel_run.h"
-#include "platform/linux/gnome_shell_windows.h"
+#include "platform/linux/windows/gnome/gnome_shell_windows.h"
 
 namespace marzipel {
 namespace {

@@ -1,6 +1,6 @@
 // The Sway source against a headless Sway of the test's own; the test's own Qt windows are the
 // applications.
-#include "platform/linux/sway_window_source.h"
+#include "platform/linux/windows/sway/sway_window_source.h"
 
 #include <gtest/gtest.h>
 

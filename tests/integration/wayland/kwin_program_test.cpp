@@ -11,7 +11,7 @@
 
 #include "integration/program/marzipel_run.h"
 #include "integration/wayland/kwin_session.h"
-#include "platform/linux/dbus_call.h"
+#include "platform/linux/dbus/dbus_call.h"
 
 namespace marzipel {
 namespace {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "platform/linux/dbus_call.h"
+#include "platform/linux/dbus/dbus_call.h"
 #include "support/event_loop_wait.h"
 
 namespace marzipel::waylandtest {

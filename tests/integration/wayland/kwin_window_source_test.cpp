@@ -1,7 +1,7 @@
 // Our KWin script inside a real headless KWin, reporting to Marzipel's bus name in this process,
 // while the test's own windows come and go; and its Plasma 6 branch in Qt's JavaScript engine,
 // as the real KWin here is 5.27.
-#include "platform/linux/kwin_window_source.h"
+#include "platform/linux/windows/kwin/kwin_window_source.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 
 #include "integration/wayland/kwin_session.h"
 #include "integration/wayland/reported_windows_wait.h"
-#include "platform/linux/marzipel_bus_service.h"
+#include "platform/linux/dbus/marzipel_bus_service.h"
 #include "platform/sim/sim_basics.h"
 #include "support/fake_desktop_entries.h"
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/linux/reported_windows.h"
+#include "platform/linux/windows/reported_windows.h"
 #include "support/event_loop_wait.h"
 
 namespace marzipel {

@@ -1,4 +1,4 @@
-#include "platform/linux/linux_desktop_entries.h"
+#include "platform/linux/xdg/linux_desktop_entries.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,7 +7,7 @@
 
 #include "detection/desktop_entry_catalog.h"
 #include "detection/installed_video_apps.h"
-#include "platform/linux/icon_theme_lookup.h"
+#include "platform/linux/xdg/icon_theme_lookup.h"
 #include "platform/local/local_bundle_files.h"
 #include "platform/sim/sim_basics.h"
 #include "support/scoped_env.h"

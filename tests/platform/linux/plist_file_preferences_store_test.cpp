@@ -1,4 +1,4 @@
-#include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/files/plist_file_preferences_store.h"
 
 #include <gtest/gtest.h>
 

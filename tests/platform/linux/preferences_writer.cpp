@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/linux/plist_file_preferences_store.h"
+#include "platform/linux/files/plist_file_preferences_store.h"
 #include "platform/sim/sim_basics.h"
 
 int main(int argc, char* argv[]) {

@@ -1,10 +1,10 @@
-#include "platform/linux/sway_ipc_reader.h"
+#include "platform/linux/windows/sway/sway_ipc_reader.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "platform/linux/sway_tree.h"
+#include "platform/linux/windows/sway/sway_tree.h"
 
 namespace marzipel {
 namespace {

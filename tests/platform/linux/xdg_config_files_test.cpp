@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/xdg_autostart_login_item_service.h"
-#include "platform/linux/xdg_user_directories.h"
+#include "platform/linux/xdg/xdg_autostart_login_item_service.h"
+#include "platform/linux/xdg/xdg_user_directories.h"
 #include "support/temp_folder.h"
 
 namespace marzipel {

@@ -1,0 +1,126 @@
+#include "platform/linux/process/linux_app_supervisor.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <deque>
+#include <string>
+
+namespace marzipel {
+
+namespace {
+
+constexpr int kForwardedSignals[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
+
+std::atomic<pid_t> runningChild{0};
+std::atomic<int> quitSignal{0};
+
+void forwardQuit(int signalNumber) {
+    quitSignal = signalNumber;
+    const pid_t child = runningChild;
+    if (child > 0) ::kill(child, signalNumber);
+}
+
+void setQuitHandlers(void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    for (const int signalNumber : kForwardedSignals) sigaction(signalNumber, &action, nullptr);
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+bool exitedWith(int status, int code) { return WIFEXITED(status) && WEXITSTATUS(status) == code; }
+
+int exitStatus(int status) {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::string howItEnded(int status) {
+    return WIFEXITED(status) ? "exited with status " + std::to_string(WEXITSTATUS(status))
+                             : "was killed by signal " + std::to_string(WTERMSIG(status));
+}
+
+}  // namespace
+
+void SupervisedRun::reportRunning() {
+    if (runningPipe_ < 0) return;
+    const char running = 1;
+    [[maybe_unused]] const ssize_t written = ::write(runningPipe_, &running, 1);
+    ::close(runningPipe_);
+    runningPipe_ = -1;
+}
+
+std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
+    const pid_t supervisor = ::getpid();
+    std::deque<std::chrono::steady_clock::time_point> restarts;
+    bool restarted = false;
+    setQuitHandlers(forwardQuit);
+    while (quitSignal == 0) {
+        int pipe[2] = {-1, -1};
+        const pid_t child = ::pipe2(pipe, O_CLOEXEC) == 0 ? ::fork() : -1;
+        if (child == 0) {
+            setQuitHandlers(SIG_DFL);
+            ::close(pipe[0]);
+            // Ends with the supervisor, putting everything back as Quit does.
+            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+            if (::getppid() != supervisor) std::raise(SIGTERM);
+            return SupervisedRun(restarted, pipe[1]);
+        }
+        if (child < 0) {
+            for (const int end : pipe)
+                if (end >= 0) ::close(end);
+            setQuitHandlers(SIG_DFL);
+            systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                            "Could not start a supervised run; running without restarts");
+            return SupervisedRun(restarted, -1);
+        }
+        ::close(pipe[1]);
+        runningChild = child;
+        // A request to quit that came while there was no child to pass it to.
+        if (quitSignal != 0) ::kill(child, quitSignal);
+        const int status = waitFor(child);
+        runningChild = 0;
+        char running = 0;
+        const bool reportedRunning = ::read(pipe[0], &running, 1) == 1;
+        ::close(pipe[0]);
+
+        if (quitSignal != 0) return exitStatus(status);
+        if (exitedWith(status, kDisplayIsBackStatus)) {
+            restarted = true;
+            continue;
+        }
+        // A first run that fails to start has nothing to put back; a run started again after
+        // one died may fail the same way (a compositor dying takes a moment to stop accepting
+        // connections), and is retried within the same limit.
+        if (exitedWith(status, 0) || (!reportedRunning && !restarted)) return exitStatus(status);
+
+        const auto now = std::chrono::steady_clock::now();
+        while (!restarts.empty() && now - restarts.front() > std::chrono::minutes(1))
+            restarts.pop_front();
+        if (restarts.size() == 3) {
+            systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                            "Marzipel " + howItEnded(status) +
+                                ", the fourth time within a minute; not starting it again");
+            return exitStatus(status);
+        }
+        systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                        "Marzipel " + howItEnded(status) + "; starting it again");
+        restarts.push_back(now);
+        restarted = true;
+    }
+    return 128 + quitSignal;
+}
+
+}  // namespace marzipel
