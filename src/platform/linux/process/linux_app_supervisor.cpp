@@ -9,8 +9,9 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <deque>
 #include <string>
+
+#include "platform/linux/process/restart_policy.h"
 
 namespace marzipel {
 
@@ -64,8 +65,7 @@ void SupervisedRun::reportRunning() {
 
 std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
     const pid_t supervisor = ::getpid();
-    std::deque<std::chrono::steady_clock::time_point> restarts;
-    bool restarted = false;
+    RestartPolicy policy;
     setQuitHandlers(forwardQuit);
     while (quitSignal == 0) {
         int pipe[2] = {-1, -1};
@@ -76,7 +76,7 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
             // Ends with the supervisor, putting everything back as Quit does.
             ::prctl(PR_SET_PDEATHSIG, SIGTERM);
             if (::getppid() != supervisor) std::raise(SIGTERM);
-            return SupervisedRun(restarted, pipe[1]);
+            return SupervisedRun(policy.restarted(), pipe[1]);
         }
         if (child < 0) {
             for (const int end : pipe)
@@ -84,7 +84,7 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
             setQuitHandlers(SIG_DFL);
             systemLog.error(kAppLogSubsystem, kAppLogCategory,
                             "Could not start a supervised run; running without restarts");
-            return SupervisedRun(restarted, -1);
+            return SupervisedRun(policy.restarted(), -1);
         }
         ::close(pipe[1]);
         runningChild = child;
@@ -97,28 +97,24 @@ std::variant<SupervisedRun, int> superviseRuns(SystemLog& systemLog) {
         ::close(pipe[0]);
 
         if (quitSignal != 0) return exitStatus(status);
-        if (exitedWith(status, kDisplayIsBackStatus)) {
-            restarted = true;
-            continue;
+        const RunEnd end{.exitedCleanly = exitedWith(status, 0),
+                         .displayIsBack = exitedWith(status, kDisplayIsBackStatus),
+                         .reportedRunning = reportedRunning};
+        switch (policy.afterRun(end, std::chrono::steady_clock::now())) {
+            case AfterRun::end:
+                return exitStatus(status);
+            case AfterRun::giveUp:
+                systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                                "Marzipel " + howItEnded(status) +
+                                    ", the fourth time within a minute; not starting it again");
+                return exitStatus(status);
+            case AfterRun::startAgainAfterFailure:
+                systemLog.error(kAppLogSubsystem, kAppLogCategory,
+                                "Marzipel " + howItEnded(status) + "; starting it again");
+                break;
+            case AfterRun::startAgain:
+                break;
         }
-        // A first run that fails to start has nothing to put back; a run started again after
-        // one died may fail the same way (a compositor dying takes a moment to stop accepting
-        // connections), and is retried within the same limit.
-        if (exitedWith(status, 0) || (!reportedRunning && !restarted)) return exitStatus(status);
-
-        const auto now = std::chrono::steady_clock::now();
-        while (!restarts.empty() && now - restarts.front() > std::chrono::minutes(1))
-            restarts.pop_front();
-        if (restarts.size() == 3) {
-            systemLog.error(kAppLogSubsystem, kAppLogCategory,
-                            "Marzipel " + howItEnded(status) +
-                                ", the fourth time within a minute; not starting it again");
-            return exitStatus(status);
-        }
-        systemLog.error(kAppLogSubsystem, kAppLogCategory,
-                        "Marzipel " + howItEnded(status) + "; starting it again");
-        restarts.push_back(now);
-        restarted = true;
     }
     return 128 + quitSignal;
 }
