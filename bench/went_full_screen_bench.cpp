@@ -41,7 +41,7 @@ struct BenchWorld {
         sim.workspace.frontmostProcessId = 501;
         sim.powerAssertions.reply.table->emplace(
             501, PlistArray{PlistDictionary{{"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
-        sim.brightness.status = {true, 1, {}, {}};
+        sim.brightness.status = {true, BlueLightMode::sunsetToSunrise, {}, {}};
         app = std::make_unique<MarzipelApp>(sim.platform(*settings, welcome));
         sim.application.finishLaunching();
     }

@@ -42,7 +42,7 @@ BlueLightStatus MarzipelSystemClient::nightShiftStatus() {
     return service_->getBlueLightStatus();
 }
 
-void MarzipelSystemClient::setNightShiftMode(std::int32_t mode) {
+void MarzipelSystemClient::setNightShiftMode(BlueLightMode mode) {
     if (hasBlueLightClient_) service_->setMode(mode);
 }
 

@@ -24,7 +24,7 @@ public:
     void enableNightShift();
     void disableNightShift();
     BlueLightStatus nightShiftStatus();
-    void setNightShiftMode(std::int32_t mode);
+    void setNightShiftMode(BlueLightMode mode);
 
 private:
     void setNightShiftEnabled(bool enabled, const char* message);

@@ -12,14 +12,6 @@
 
 namespace marzipel {
 
-namespace {
-
-constexpr std::int32_t kSunsetToSunrise = 1;
-constexpr std::int32_t kCustomSchedule = 2;
-constexpr std::int32_t kAlwaysOn = 3;
-
-}  // namespace
-
 bool isWithinCustomSchedule(LocalTime now, BlueLightStatus::Time from, BlueLightStatus::Time to) {
     if (from.hour < now.hour) return true;
     if (now.hour < to.hour) return true;
@@ -151,16 +143,16 @@ void TriggerStateMachine::restoreSaved() {
 
 void TriggerStateMachine::restoreNightShift() {
     const BlueLightStatus status = systemClient_.nightShiftStatus();
-    if (status.mode == kSunsetToSunrise) {
+    if (status.mode == BlueLightMode::sunsetToSunrise) {
         // Re-arming the schedule lets the platform decide whether Night Shift shows right now.
         log("Resetting Night Shift to 'sunset to sunrise'");
-        systemClient_.setNightShiftMode(0);
-        systemClient_.setNightShiftMode(kSunsetToSunrise);
-    } else if (status.mode == kCustomSchedule &&
+        systemClient_.setNightShiftMode(BlueLightMode::byHand);
+        systemClient_.setNightShiftMode(BlueLightMode::sunsetToSunrise);
+    } else if (status.mode == BlueLightMode::customSchedule &&
                isWithinCustomSchedule(clock_.localTime(), status.from, status.to)) {
         log("Re-enabling Night Shift, is within custom schedule");
         systemClient_.enableNightShift();
-    } else if (status.mode == kAlwaysOn) {
+    } else if (status.mode == BlueLightMode::alwaysOn) {
         // Unlike a filter switched on by hand, this one is the user's lasting choice, and where
         // the desktop has it our "off" may be all that keeps the user from switching it back on.
         log("Re-enabling Night Shift, is always on");

@@ -5,6 +5,17 @@
 
 namespace marzipel {
 
+/// When the blue-light filter switches on by itself. The first three are CoreBrightness's own
+/// numbers, which the macOS client takes and gives.
+enum class BlueLightMode : std::int32_t {
+    /// No schedule: switched on by hand.
+    byHand = 0,
+    sunsetToSunrise = 1,
+    customSchedule = 2,
+    /// A lasting setting of the desktop's, such as KWin's Constant mode.
+    alwaysOn = 3,
+};
+
 /// Night Shift status as the platform reports it; zero-filled before each read.
 struct BlueLightStatus {
     struct Time {
@@ -13,9 +24,7 @@ struct BlueLightStatus {
         friend bool operator==(const Time&, const Time&) = default;
     };
     bool enabled = false;
-    /// 0 = no schedule (switched on by hand), 1 = sunset to sunrise, 2 = custom schedule,
-    /// 3 = always on (a lasting setting of the desktop's).
-    std::int32_t mode = 0;
+    BlueLightMode mode = BlueLightMode::byHand;
     Time from;
     Time to;
     friend bool operator==(const BlueLightStatus&, const BlueLightStatus&) = default;
@@ -38,7 +47,7 @@ public:
     virtual bool hasBlueLightClient() const = 0;
     virtual BlueLightStatus getBlueLightStatus() = 0;
     virtual void setEnabled(bool enabled) = 0;
-    virtual void setMode(std::int32_t mode) = 0;
+    virtual void setMode(BlueLightMode mode) = 0;
 };
 
 /// Makes a new, independent pair of clients for each caller.

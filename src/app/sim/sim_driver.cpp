@@ -182,7 +182,7 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         if (enabled != "0" && enabled != "1") throw ScriptError("enabled flag must be 0 or 1");
         BlueLightStatus status;
         status.enabled = enabled == "1";
-        status.mode = parseInt(line.next("mode"), "mode");
+        status.mode = static_cast<BlueLightMode>(parseInt(line.next("mode"), "mode"));
         auto [fromHour, fromMinute] = parseTimeOfDay(line.next("from time"));
         auto [toHour, toMinute] = parseTimeOfDay(line.next("to time"));
         line.expectEnd();

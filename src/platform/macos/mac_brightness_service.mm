@@ -54,7 +54,7 @@ BlueLightStatus MacBrightnessService::getBlueLightStatus() {
     const CBBlueLightSchedule& schedule = record.status.schedule;
     BlueLightStatus status;
     status.enabled = record.status.enabled;
-    status.mode = record.status.mode;
+    status.mode = static_cast<BlueLightMode>(record.status.mode);
     status.from = {schedule.fromTime.hour, schedule.fromTime.minute};
     status.to = {schedule.toTime.hour, schedule.toTime.minute};
     return status;
@@ -62,6 +62,8 @@ BlueLightStatus MacBrightnessService::getBlueLightStatus() {
 
 void MacBrightnessService::setEnabled(bool enabled) { [impl_->blueLight setEnabled:enabled]; }
 
-void MacBrightnessService::setMode(std::int32_t mode) { [impl_->blueLight setMode:mode]; }
+void MacBrightnessService::setMode(BlueLightMode mode) {
+    [impl_->blueLight setMode:static_cast<int>(mode)];
+}
 
 }  // namespace marzipel

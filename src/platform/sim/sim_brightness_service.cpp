@@ -35,8 +35,8 @@ void SimBrightnessService::setEnabled(bool enabled) {
     world_.status.enabled = enabled;
 }
 
-void SimBrightnessService::setMode(std::int32_t mode) {
-    world_.record(client_ + " setMode " + std::to_string(mode));
+void SimBrightnessService::setMode(BlueLightMode mode) {
+    world_.record(client_ + " setMode " + std::to_string(static_cast<std::int32_t>(mode)));
     world_.status.mode = mode;
 }
 

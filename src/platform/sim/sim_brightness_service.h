@@ -29,7 +29,7 @@ public:
     bool hasBlueLightClient() const override;
     BlueLightStatus getBlueLightStatus() override;
     void setEnabled(bool enabled) override;
-    void setMode(std::int32_t mode) override;
+    void setMode(BlueLightMode mode) override;
 
 private:
     SimBrightnessWorld& world_;

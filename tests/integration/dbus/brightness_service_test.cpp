@@ -210,16 +210,16 @@ TEST(GnomeNightLight, GoesThroughDisabledUntilTomorrowFollowsTheKeysAndOutlivesT
     auto service = createWithoutKeyboard(log);
     ASSERT_TRUE(service->hasBlueLightClient());
     EXPECT_EQ(service->getBlueLightStatus(),
-              (BlueLightStatus{true, 2, timeOfFractionalHours(from), timeOfFractionalHours(to)}));
+              (BlueLightStatus{true, BlueLightMode::customSchedule, timeOfFractionalHours(from), timeOfFractionalHours(to)}));
 
     // Off and back on are run by the program tests; here the restore of a sunset-to-sunrise
     // schedule: "no schedule", then the schedule again, leaving the user's keys as they were.
     service->setEnabled(false);
     EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_FALSE(service->getBlueLightStatus().enabled);
-    service->setMode(0);
+    service->setMode(BlueLightMode::byHand);
     EXPECT_TRUE(colorProperty("DisabledUntilTomorrow"));
-    service->setMode(1);
+    service->setMode(BlueLightMode::sunsetToSunrise);
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_EQ(keyfile(), keysBefore);
     EXPECT_TRUE(log.entries.empty());
@@ -238,7 +238,7 @@ TEST(GnomeNightLight, GoesThroughDisabledUntilTomorrowFollowsTheKeysAndOutlivesT
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
 
     writeNightLightScheduleKeys({.enabled = true, .automatic = true, .from = 20.5, .to = 6.25});
-    EXPECT_EQ(service->getBlueLightStatus().mode, 1);
+    EXPECT_EQ(service->getBlueLightStatus().mode, BlueLightMode::sunsetToSunrise);
     EXPECT_EQ(service->getBlueLightStatus().from, BlueLightStatus::Time{});
     writeNightLightScheduleKeys({.enabled = false, .automatic = false, .from = 20.5, .to = 6.25});
     ASSERT_TRUE(waitUntil([] { return !colorProperty("NightLightActive"); }));
@@ -263,12 +263,12 @@ TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
     const std::pair<std::string, BlueLightStatus> cases[] = {
         // Plasma 6 at night reads the custom schedule from its transition times; by day the
         // times are the other way round.
-        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400), {true, 2, {21, 15}, {6, 45}}},
-        {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, 2, {22, 30}, {7, 0}}},
+        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400), {true, BlueLightMode::customSchedule, {21, 15}, {6, 45}}},
+        {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, BlueLightMode::customSchedule, {22, 30}, {7, 0}}},
         // Plasma 5: daytime by temperature, and its own mode numbers.
-        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, 1, {}, {}}},
-        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, 3, {}, {}}},
-        {R"({"plasma": 5, "mode": 1, "running": false})", {false, 1, {}, {}}},
+        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, BlueLightMode::sunsetToSunrise, {}, {}}},
+        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, BlueLightMode::alwaysOn, {}, {}}},
+        {R"({"plasma": 5, "mode": 1, "running": false})", {false, BlueLightMode::sunsetToSunrise, {}, {}}},
     };
     SimSystemLog log;
     for (const auto& [parameters, expected] : cases) {
@@ -293,10 +293,10 @@ TEST(KWinNightColor, TakenUpWhenItComesLaterHoldsOneInhibitionAndOutlivesKWin) {
 
     service->setEnabled(false);
     service->setEnabled(false);
-    service->setMode(0);
+    service->setMode(BlueLightMode::byHand);
     EXPECT_EQ(kwin->calls(kPlasma6Path, "inhibit").size(), 1u);
     EXPECT_TRUE(kwin->calls(kPlasma6Path, "uninhibit").empty());
-    service->setMode(1);
+    service->setMode(BlueLightMode::sunsetToSunrise);
     service->setEnabled(true);
     const auto given = kwin->calls(kPlasma6Path, "uninhibit");
     ASSERT_EQ(given.size(), 1u);

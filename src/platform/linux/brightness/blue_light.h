@@ -14,7 +14,7 @@ public:
     virtual ~BlueLight() = default;
     virtual BlueLightStatus status() = 0;
     virtual void setEnabled(bool enabled) = 0;
-    virtual void setMode(std::int32_t mode) = 0;
+    virtual void setMode(BlueLightMode mode) = 0;
     /// Asks for the state now, for a `status` call that follows in this event-loop turn.
     virtual void readAhead() {}
     virtual BlueLightFilterName name() const = 0;

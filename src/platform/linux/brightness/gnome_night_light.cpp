@@ -31,9 +31,9 @@ BlueLightStatus GnomeNightLight::status() {
     std::optional<NightLightScheduleKeys> keys = scheduleKeys_.read();
     if (!keys || !keys->enabled) return status;
     if (keys->automatic) {
-        status.mode = 1;
+        status.mode = BlueLightMode::sunsetToSunrise;
     } else {
-        status.mode = 2;
+        status.mode = BlueLightMode::customSchedule;
         status.from = timeOfFractionalHours(keys->from);
         status.to = timeOfFractionalHours(keys->to);
     }
@@ -46,11 +46,11 @@ void GnomeNightLight::readAhead() {
 
 void GnomeNightLight::setEnabled(bool enabled) { setDisabledUntilTomorrow(!enabled); }
 
-void GnomeNightLight::setMode(std::int32_t mode) {
+void GnomeNightLight::setMode(BlueLightMode mode) {
     // The schedule itself is the user's and stays untouched. Choosing a schedule means letting it
     // decide again, which is what lifting our "off for tonight" does; "no schedule" changes
     // nothing that shows.
-    if (mode != 0) setDisabledUntilTomorrow(false);
+    if (mode != BlueLightMode::byHand) setDisabledUntilTomorrow(false);
 }
 
 void GnomeNightLight::setDisabledUntilTomorrow(bool disabled) {

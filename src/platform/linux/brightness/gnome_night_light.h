@@ -19,7 +19,7 @@ public:
 
     BlueLightStatus status() override;
     void setEnabled(bool enabled) override;
-    void setMode(std::int32_t mode) override;
+    void setMode(BlueLightMode mode) override;
     void readAhead() override;
     BlueLightFilterName name() const override { return BlueLightFilterName::nightLight; }
 

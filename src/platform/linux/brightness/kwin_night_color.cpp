@@ -15,17 +15,17 @@ constexpr unsigned kNeutralTemperature = 6500;
 
 /// KWin's modes: 0 automatic (located sunset to sunrise), 1 fixed location (sunset to sunrise),
 /// 2 fixed timings, 3 constant (always on, no schedule).
-std::int32_t statusMode(unsigned kwinMode) {
+BlueLightMode statusMode(unsigned kwinMode) {
     switch (kwinMode) {
         case 0:
         case 1:
-            return 1;
+            return BlueLightMode::sunsetToSunrise;
         case 2:
-            return 2;
+            return BlueLightMode::customSchedule;
         case 3:
-            return 3;
+            return BlueLightMode::alwaysOn;
         default:
-            return 0;
+            return BlueLightMode::byHand;
     }
 }
 
@@ -64,7 +64,7 @@ BlueLightStatus KWinNightColor::status() {
     status.enabled =
         properties->value("available").toBool() && properties->value("running").toBool() && night;
     status.mode = statusMode(properties->value("mode").toUInt());
-    if (status.mode == 2) {
+    if (status.mode == BlueLightMode::customSchedule) {
         const auto previous =
             localTimeOf(properties->value("previousTransitionDateTime").toULongLong());
         const auto next =
@@ -95,10 +95,10 @@ void KWinNightColor::setEnabled(bool enabled) {
     }
 }
 
-void KWinNightColor::setMode(std::int32_t mode) {
+void KWinNightColor::setMode(BlueLightMode mode) {
     // The schedule is the user's and stays untouched. Choosing a schedule means letting it decide
     // again, which is what giving back our inhibition does; "no schedule" changes nothing.
-    if (mode != 0) release();
+    if (mode != BlueLightMode::byHand) release();
 }
 
 void KWinNightColor::release() {

@@ -24,7 +24,7 @@ public:
 
     BlueLightStatus status() override;
     void setEnabled(bool enabled) override;
-    void setMode(std::int32_t mode) override;
+    void setMode(BlueLightMode mode) override;
     void readAhead() override;
     /// Plasma 6 renamed it.
     BlueLightFilterName name() const override {

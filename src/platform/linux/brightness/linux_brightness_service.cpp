@@ -64,7 +64,7 @@ public:
     void setEnabled(bool enabled) override {
         if (BlueLight* blueLight = current()) blueLight->setEnabled(enabled);
     }
-    void setMode(std::int32_t mode) override {
+    void setMode(BlueLightMode mode) override {
         if (BlueLight* blueLight = current()) blueLight->setMode(mode);
     }
 
