@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/sim/sim_platform.h"
 #include "core/trigger_state_machine.h"
 #include "settings/settings_manager.h"
@@ -62,6 +64,31 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
         app.stateMachine().deactivate();
         EXPECT_EQ(sim.runMarker.mark, RunMark::none);
     }
+}
+
+// A level that could not be read is neither saved nor switched off: the film's end must not
+// leave the keyboard dark.
+TEST(CaptureTest, AFailedKeyboardReadSavesNoLevelAndLeavesTheKeyboardAlone) {
+    SimPlatform sim;
+    NoWelcomeWindow welcome;
+    SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
+    sim.brightness.keyboard = 0.75f;
+    sim.brightness.keyboardReadFailure = "Could not read the keyboard backlight from UPower: busy";
+    MarzipelApp app(sim.platform(settings, welcome));
+
+    app.stateMachine().activate("mpv");
+    EXPECT_EQ(settings.marzipelData().get().keyboardBacklightValue, std::nullopt);
+    EXPECT_EQ(sim.systemLog.entries,
+              std::vector<std::string>{"com.orsavelt/MarzipelApp: Could not read the keyboard "
+                                       "backlight from UPower: busy; leaving the keyboard "
+                                       "backlight as it is"});
+    app.stateMachine().deactivate();
+    EXPECT_EQ(std::ranges::count_if(sim.brightness.calls,
+                                    [](const std::string& call) {
+                                        return call.find("setBrightness") != std::string::npos;
+                                    }),
+              0);
+    EXPECT_EQ(sim.brightness.keyboard, 0.75f);
 }
 
 }  // namespace
