@@ -131,7 +131,8 @@ void TriggerStateMachine::deactivate() {
 
 void TriggerStateMachine::restoreAfterUnexpectedEnd() {
     if (std::exchange(markerChecked_, true)) return;
-    if (runMarker_.find() != RunMark::ofEndedProcess) return;
+    const RunMark mark = runMarker_.find();
+    if (mark != RunMark::ofEndedProcess && mark != RunMark::ofEarlierBoot) return;
     log("Restoring after an unexpected end");
     systemLog_.error(kAppLogSubsystem, kAppLogCategory,
                      "The last run ended while the keyboard backlight and Night Shift were "

@@ -40,9 +40,10 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
 }
 
 // The marker that lets a run put back what an earlier run left off: restored once, at launch,
-// only for a run that has ended, and placed exactly while active.
+// only for a run that has ended, also with the machine, and placed exactly while active.
 TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEnded) {
-    for (const RunMark found : {RunMark::ofEndedProcess, RunMark::ofRunningProcess}) {
+    for (const RunMark found :
+         {RunMark::ofEndedProcess, RunMark::ofEarlierBoot, RunMark::ofRunningProcess}) {
         SimPlatform sim;
         NoWelcomeWindow welcome;
         SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
@@ -53,7 +54,7 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
 
         sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
         sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
-        const bool ended = found == RunMark::ofEndedProcess;
+        const bool ended = found != RunMark::ofRunningProcess;
         EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
         EXPECT_EQ(sim.systemLog.entries.size(), ended ? 1u : 0u);
         EXPECT_EQ(sim.runMarker.mark, ended ? RunMark::none : found);
