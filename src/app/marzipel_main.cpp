@@ -99,7 +99,7 @@ int main(int argc, char* argv[]) {
     NoUpdater updater;
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
-    ProcRunMarker runMarker(runMarkerFolder(), "/proc", qtMainLoop());
+    ProcRunMarker runMarker(runMarkerFolder(), systemLog, qtMainLoop());
 
     SettingsManager settings(std::make_shared<PlistFilePreferencesStore>(defaultPreferencesPath(),
                                                                          systemLog, qtMainLoop()),

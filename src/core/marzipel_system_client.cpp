@@ -1,5 +1,6 @@
 #include "core/marzipel_system_client.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -11,11 +12,14 @@ namespace marzipel {
 MarzipelSystemClient::MarzipelSystemClient(std::unique_ptr<BrightnessService> service,
                                            const SettingsManager& settings)
     : service_(std::move(service)), settings_(settings) {
-    if (!service_) std::abort();
+    if (!service_) {
+        std::fputs("marzipel: the keyboard backlight client could not be created\n", stderr);
+        std::abort();
+    }
     hasBlueLightClient_ = service_->hasBlueLightClient();
 }
 
-float MarzipelSystemClient::keyboardBrightness() {
+KeyboardReading MarzipelSystemClient::keyboardBrightness() {
     return service_->brightnessForKeyboard(kKeyboardId);
 }
 

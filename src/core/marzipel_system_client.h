@@ -19,7 +19,8 @@ public:
     MarzipelSystemClient(std::unique_ptr<BrightnessService> service,
                          const SettingsManager& settings);
 
-    float keyboardBrightness();
+    /// A failed read has no level and says why.
+    KeyboardReading keyboardBrightness();
     void setKeyboardBrightness(float value);
     void enableNightShift();
     void disableNightShift();

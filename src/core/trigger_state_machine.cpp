@@ -90,16 +90,21 @@ void TriggerStateMachine::activate(const std::string& /*bundleId*/) {
     // A record left by a run that ended while active must be used before it is replaced.
     restoreAfterUnexpectedEnd();
     MarzipelSystemClient& capture = dataManager_.systemClient;
-    const float brightness = capture.keyboardBrightness();
+    const KeyboardReading keyboard = capture.keyboardBrightness();
     const BlueLightStatus nightShift = capture.nightShiftStatus();
-    settings_.marzipelData().set(MarzipelData{nightShift.enabled, brightness});
+    // Without the level to put back, the keyboard is not switched off: it would stay dark.
+    if (!keyboard.level) {
+        systemLog_.error(kAppLogSubsystem, kAppLogCategory,
+                         keyboard.failure + "; leaving the keyboard backlight as it is");
+    }
+    settings_.marzipelData().set(MarzipelData{nightShift.enabled, keyboard.level});
     // Placed after the record: a marker must never point at a record older than its run.
     runMarker_.place();
 
     // Observers hear of the change before the system is touched.
     state_.setIsActive(true);
 
-    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight)) {
+    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight) && keyboard.level) {
         systemClient_.setKeyboardBrightness(0.0f);
     }
     if (settings_.enabledFeatures().get().contains(Feature::nightShift) && nightShift.enabled) {
@@ -119,7 +124,8 @@ void TriggerStateMachine::deactivate() {
 
 void TriggerStateMachine::restoreAfterUnexpectedEnd() {
     if (std::exchange(markerChecked_, true)) return;
-    if (runMarker_.find() != RunMark::ofEndedProcess) return;
+    const RunMark mark = runMarker_.find();
+    if (mark != RunMark::ofEndedProcess && mark != RunMark::ofEarlierBoot) return;
     log("Restoring after an unexpected end");
     systemLog_.error(kAppLogSubsystem, kAppLogCategory,
                      "The last run ended while the keyboard backlight and Night Shift were "

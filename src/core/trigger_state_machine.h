@@ -45,7 +45,8 @@ public:
     /// Puts back what was captured, if active, and becomes inactive.
     void deactivate();
     /// Once per run, before the first activation: when the marker is one of a run that has
-    /// ended, puts back what that run captured, by the rules of `deactivate`, and removes it.
+    /// ended, in this boot or an earlier one, puts back what that run captured, by the rules of
+    /// `deactivate`, and removes it.
     void restoreAfterUnexpectedEnd();
 
 private:

@@ -1,6 +1,7 @@
 #include "diagnostics/file_logger.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -18,7 +19,11 @@ std::unique_ptr<FileLogger>& sharedSlot() {
 
 std::string debugLogFilePath(const UserDirectories& directories) {
     auto documents = directories.documentsDirectory();
-    if (!documents) std::abort();  // a logged-in user always has one
+    if (!documents) {
+        // A logged-in user always has one.
+        std::fputs("marzipel: no Documents folder for the debug log\n", stderr);
+        std::abort();
+    }
     return (std::filesystem::path(*documents) / "Marzipel_debug.log").string();
 }
 

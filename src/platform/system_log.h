@@ -8,12 +8,16 @@ namespace marzipel {
 inline constexpr std::string_view kAppLogSubsystem = "com.orsavelt";
 inline constexpr std::string_view kAppLogCategory = "MarzipelApp";
 
-/// The operating system's log, written at error level. Any thread.
+/// The operating system's log. Any thread.
 class SystemLog {
 public:
     virtual ~SystemLog() = default;
+    /// Something failed or cannot work, which the user may want to know of.
     virtual void error(std::string_view subsystem, std::string_view category,
                        std::string_view message) = 0;
+    /// A routine line: which way the program took, what it found.
+    virtual void info(std::string_view subsystem, std::string_view category,
+                      std::string_view message) = 0;
 };
 
 }  // namespace marzipel

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/sim/sim_platform.h"
 #include "core/trigger_state_machine.h"
 #include "settings/settings_manager.h"
@@ -38,9 +40,10 @@ TEST(CustomScheduleTest, MinuteBoundsAreInclusiveAndTheFromHourDecidesAlone) {
 }
 
 // The marker that lets a run put back what an earlier run left off: restored once, at launch,
-// only for a run that has ended, and placed exactly while active.
+// only for a run that has ended, also with the machine, and placed exactly while active.
 TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEnded) {
-    for (const RunMark found : {RunMark::ofEndedProcess, RunMark::ofRunningProcess}) {
+    for (const RunMark found :
+         {RunMark::ofEndedProcess, RunMark::ofEarlierBoot, RunMark::ofRunningProcess}) {
         SimPlatform sim;
         NoWelcomeWindow welcome;
         SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
@@ -51,7 +54,7 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
 
         sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
         sim.notificationCenter.post(kApplicationDidFinishLaunchingNotification, &sim.application);
-        const bool ended = found == RunMark::ofEndedProcess;
+        const bool ended = found != RunMark::ofRunningProcess;
         EXPECT_EQ(sim.brightness.keyboard, ended ? 0.5f : 0.0f);
         EXPECT_EQ(sim.systemLog.entries.size(), ended ? 1u : 0u);
         EXPECT_EQ(sim.runMarker.mark, ended ? RunMark::none : found);
@@ -62,6 +65,31 @@ TEST(UnexpectedEndTest, RestoresTheSavedRecordOnceAtLaunchWhenTheMarkingRunHasEn
         app.stateMachine().deactivate();
         EXPECT_EQ(sim.runMarker.mark, RunMark::none);
     }
+}
+
+// A level that could not be read is neither saved nor switched off: the film's end must not
+// leave the keyboard dark.
+TEST(CaptureTest, AFailedKeyboardReadSavesNoLevelAndLeavesTheKeyboardAlone) {
+    SimPlatform sim;
+    NoWelcomeWindow welcome;
+    SettingsManager settings(std::make_shared<SimPreferencesStore>(), sim.console);
+    sim.brightness.keyboard = 0.75f;
+    sim.brightness.keyboardReadFailure = "Could not read the keyboard backlight from UPower: busy";
+    MarzipelApp app(sim.platform(settings, welcome));
+
+    app.stateMachine().activate("mpv");
+    EXPECT_EQ(settings.marzipelData().get().keyboardBacklightValue, std::nullopt);
+    EXPECT_EQ(sim.systemLog.entries,
+              std::vector<std::string>{"com.orsavelt/MarzipelApp: Could not read the keyboard "
+                                       "backlight from UPower: busy; leaving the keyboard "
+                                       "backlight as it is"});
+    app.stateMachine().deactivate();
+    EXPECT_EQ(std::ranges::count_if(sim.brightness.calls,
+                                    [](const std::string& call) {
+                                        return call.find("setBrightness") != std::string::npos;
+                                    }),
+              0);
+    EXPECT_EQ(sim.brightness.keyboard, 0.75f);
 }
 
 }  // namespace

@@ -235,8 +235,8 @@ void LinuxApplication::endOfSession(QSessionManager& manager) {
 }
 
 void LinuxApplication::signalReceived(int signalNumber) {
-    systemLog_.error(kAppLogSubsystem, kAppLogCategory,
-                     "Received " + signalName(signalNumber) + ": quitting as Quit does.");
+    systemLog_.info(kAppLogSubsystem, kAppLogCategory,
+                    "Received " + signalName(signalNumber) + ": quitting as Quit does.");
     endRun();
 }
 

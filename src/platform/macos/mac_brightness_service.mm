@@ -33,8 +33,11 @@ MacBrightnessService::MacBrightnessService(std::unique_ptr<Impl> impl) : impl_(s
 
 MacBrightnessService::~MacBrightnessService() = default;
 
-float MacBrightnessService::brightnessForKeyboard(int keyboardId) {
-    return [impl_->keyboard brightnessForKeyboard:static_cast<unsigned long long>(keyboardId)];
+KeyboardReading MacBrightnessService::brightnessForKeyboard(int keyboardId) {
+    // CoreBrightness answers with a number whatever happens.
+    const float level =
+        [impl_->keyboard brightnessForKeyboard:static_cast<unsigned long long>(keyboardId)];
+    return KeyboardReading::of(level);
 }
 
 void MacBrightnessService::setBrightness(float value, int keyboardId) {

@@ -17,6 +17,8 @@ public:
 
     void error(std::string_view subsystem, std::string_view category,
                std::string_view message) override;
+    void info(std::string_view subsystem, std::string_view category,
+              std::string_view message) override;
 
 private:
     struct Impl;

@@ -12,6 +12,17 @@ namespace marzipel {
 struct MacSystemLog::Impl {
     std::mutex mutex;
     std::map<std::pair<std::string, std::string>, os_log_t> logs;
+
+    os_log_t logFor(std::string_view subsystem, std::string_view category) {
+        std::lock_guard lock(mutex);
+        auto key = std::pair{std::string(subsystem), std::string(category)};
+        auto it = logs.find(key);
+        if (it == logs.end()) {
+            os_log_t made = os_log_create(key.first.c_str(), key.second.c_str());
+            it = logs.emplace(std::move(key), made).first;
+        }
+        return it->second;
+    }
 };
 
 MacSystemLog::MacSystemLog() : impl_(std::make_unique<Impl>()) {}
@@ -20,19 +31,16 @@ MacSystemLog::~MacSystemLog() = default;
 
 void MacSystemLog::error(std::string_view subsystem, std::string_view category,
                          std::string_view message) {
-    os_log_t log;
-    {
-        std::lock_guard lock(impl_->mutex);
-        auto key = std::pair{std::string(subsystem), std::string(category)};
-        auto it = impl_->logs.find(key);
-        if (it == impl_->logs.end()) {
-            os_log_t made = os_log_create(key.first.c_str(), key.second.c_str());
-            it = impl_->logs.emplace(std::move(key), made).first;
-        }
-        log = it->second;
-    }
+    os_log_t log = impl_->logFor(subsystem, category);
     const std::string text(message);
     os_log_error(log, "%{public}s", text.c_str());
+}
+
+void MacSystemLog::info(std::string_view subsystem, std::string_view category,
+                        std::string_view message) {
+    os_log_t log = impl_->logFor(subsystem, category);
+    const std::string text(message);
+    os_log_info(log, "%{public}s", text.c_str());
 }
 
 }  // namespace marzipel

@@ -24,4 +24,10 @@ void SimSystemLog::error(std::string_view subsystem, std::string_view category,
     if (onEntry) onEntry(std::string(message));
 }
 
+void SimSystemLog::info(std::string_view subsystem, std::string_view category,
+                        std::string_view message) {
+    infoEntries.push_back(std::string(subsystem) + "/" + std::string(category) + ": " +
+                          std::string(message));
+}
+
 }  // namespace marzipel

@@ -32,12 +32,16 @@ public:
     std::function<void(const std::string&)> onLine;
 };
 
-/// Error-level log entries as "subsystem/category: message".
+/// Log entries as "subsystem/category: message", errors and routine lines apart.
 class SimSystemLog final : public SystemLog {
 public:
     void error(std::string_view subsystem, std::string_view category,
                std::string_view message) override;
+    void info(std::string_view subsystem, std::string_view category,
+              std::string_view message) override;
     std::vector<std::string> entries;
+    std::vector<std::string> infoEntries;
+    /// Sees the errors only.
     std::function<void(const std::string& message)> onEntry;
 };
 

@@ -12,9 +12,10 @@ void SimBrightnessWorld::record(std::string call) {
 SimBrightnessService::SimBrightnessService(SimBrightnessWorld& world, std::string client)
     : world_(world), client_(std::move(client)) {}
 
-float SimBrightnessService::brightnessForKeyboard(int keyboardId) {
+KeyboardReading SimBrightnessService::brightnessForKeyboard(int keyboardId) {
     world_.record(client_ + " brightnessForKeyboard " + std::to_string(keyboardId));
-    return world_.keyboard;
+    if (world_.keyboardReadFailure) return KeyboardReading::failed(*world_.keyboardReadFailure);
+    return KeyboardReading::of(world_.keyboard);
 }
 
 void SimBrightnessService::setBrightness(float value, int keyboardId) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace marzipel {
 /// record of every call made to them ("<client> <operation> [args]").
 struct SimBrightnessWorld {
     float keyboard = 1.0f;
+    /// Set, keyboard reads fail with it.
+    std::optional<std::string> keyboardReadFailure;
     BlueLightStatus status;
     bool blueLightMissing = false;
     std::vector<std::string> calls;
@@ -24,7 +27,7 @@ class SimBrightnessService final : public BrightnessService {
 public:
     SimBrightnessService(SimBrightnessWorld& world, std::string client);
 
-    float brightnessForKeyboard(int keyboardId) override;
+    KeyboardReading brightnessForKeyboard(int keyboardId) override;
     void setBrightness(float value, int keyboardId) override;
     bool hasBlueLightClient() const override;
     BlueLightStatus getBlueLightStatus() override;

@@ -52,6 +52,11 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
     EXPECT_FLOAT_EQ(fractionOfLevel(2, 0), 0.0f);
 }
 
+/// The level `service` reads, -1 when the read fails.
+float levelRead(BrightnessService& service) {
+    return service.brightnessForKeyboard(1).level.value_or(-1.0f);
+}
+
 /// A level change that does not pass through the adapters, as another program's would.
 void setLevelElsewhere(int level) {
     QDBusMessage message = QDBusMessage::createMethodCall(
@@ -66,37 +71,46 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     SimSystemLog log;
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
-    EXPECT_EQ(log.entries,
+    EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through UPower"});
-    log.entries.clear();
     auto reader = factory.create();
     auto writer = factory.create();
 
     factory.readAhead();
     setLevelElsewhere(1);
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 2.0f / 3) << "the level read ahead";
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f / 3) << "asked again";
+    EXPECT_FLOAT_EQ(levelRead(*reader), 2.0f / 3) << "the level read ahead";
+    EXPECT_FLOAT_EQ(levelRead(*reader), 1.0f / 3) << "asked again";
     EXPECT_EQ(upower->calls(kKbdPath, "GetBrightness").size(), 2u)
         << "both clients wanted the level, but it was read ahead once";
     factory.readAhead();
     QCoreApplication::processEvents();
     setLevelElsewhere(0);
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f) << "the turn has ended";
+    EXPECT_FLOAT_EQ(levelRead(*reader), 0.0f) << "the turn has ended";
     factory.readAhead();
     writer->setBrightness(1.0f, 1);
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 1.0f) << "a later call may change it";
+    EXPECT_FLOAT_EQ(levelRead(*reader), 1.0f) << "a later call may change it";
+    // A failed read is no level: it says why, and the caller decides what to log.
+    upower->control(kKbdPath, "AddMethod",
+                    {"org.freedesktop.UPower.KbdBacklight", "GetBrightness", "", "i",
+                     "raise dbus.exceptions.DBusException('the EC did not answer', "
+                     "name='org.freedesktop.UPower.GeneralError')"});
+    const KeyboardReading failed = reader->brightnessForKeyboard(1);
+    EXPECT_FALSE(failed.level);
+    EXPECT_EQ(failed.failure,
+              "Could not read the keyboard backlight from UPower: "
+              "org.freedesktop.UPower.GeneralError: the EC did not answer");
     EXPECT_TRUE(log.entries.empty());
 
     upower->stop();
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.0f);
+    EXPECT_FALSE(reader->brightnessForKeyboard(1).level);
     writer->setBrightness(0.25f, 1);
-    ASSERT_EQ(log.entries.size(), 2u);
-    EXPECT_NE(log.entries[1].find("Could not set the keyboard backlight"), std::string::npos);
+    ASSERT_EQ(log.entries.size(), 1u);
+    EXPECT_NE(log.entries[0].find("Could not set the keyboard backlight"), std::string::npos);
     // Back with other hardware: the maximum known before is not trusted.
     upower = startUPower(8, 1);
     writer->setBrightness(0.75f, 1);
     EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
-    EXPECT_FLOAT_EQ(reader->brightnessForKeyboard(1), 0.75f);
+    EXPECT_FLOAT_EQ(levelRead(*reader), 0.75f);
 }
 
 // On KDE the keyboard goes through PowerDevil, which keeps the level it puts back; the light is
@@ -111,15 +125,16 @@ TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
     auto service = factory.create();
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.75f);
+    EXPECT_FLOAT_EQ(levelRead(*service), 0.75f);
     service->setBrightness(0.0f, 1);
     service->setBrightness(0.75f, 1);
     EXPECT_EQ(powerDevil.calls(path, "setKeyboardBrightnessSilent"),
               (std::vector<QVariantList>{{0}, {3}}));
     EXPECT_TRUE(powerDevil.calls(path, "setKeyboardBrightness").empty());
     EXPECT_TRUE(levelsSet(*upower).empty());
-    EXPECT_EQ(log.entries,
+    EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST(KeyboardWays, TheDesktopsPowerDaemonComesFirstThenUPowerThenTheLed) {
@@ -138,7 +153,7 @@ TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
     auto first = none.create();
     auto second = none.create();
     first->setBrightness(0.5f, 1);
-    EXPECT_FLOAT_EQ(second->brightnessForKeyboard(1), 0.0f);
+    EXPECT_FLOAT_EQ(levelRead(*second), 0.0f);
     ASSERT_EQ(log.entries.size(), 1u);
     EXPECT_NE(log.entries[0].find("No keyboard backlight"), std::string::npos);
     log.entries.clear();
@@ -157,11 +172,10 @@ TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
                                            "', 'w').write(str(args[2]))")});
 
     LinuxBrightnessServiceFactory factory(log, leds.path());
-    ASSERT_EQ(log.entries.size(), 1u);
-    EXPECT_TRUE(log.entries[0].starts_with(kLogPrefix + "Keyboard backlight through logind"));
-    log.entries.clear();
+    ASSERT_EQ(log.infoEntries.size(), 1u);
+    EXPECT_TRUE(log.infoEntries[0].starts_with(kLogPrefix + "Keyboard backlight through logind"));
     auto service = factory.create();
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.5f);
+    EXPECT_FLOAT_EQ(levelRead(*service), 0.5f);
     service->setBrightness(1.0f, 1);
     service->setBrightness(0.0f, 1);
 
@@ -169,7 +183,7 @@ TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
     ASSERT_EQ(calls.size(), 2u);
     EXPECT_EQ(calls[0], (QVariantList{"leds", "tpacpi::kbd_backlight", 2u}));
     EXPECT_EQ(calls[1].at(2).toUInt(), 0u);
-    EXPECT_FLOAT_EQ(service->brightnessForKeyboard(1), 0.0f);
+    EXPECT_FLOAT_EQ(levelRead(*service), 0.0f);
     EXPECT_TRUE(log.entries.empty());
 }
 
@@ -210,7 +224,8 @@ TEST(GnomeNightLight, GoesThroughDisabledUntilTomorrowFollowsTheKeysAndOutlivesT
     auto service = createWithoutKeyboard(log);
     ASSERT_TRUE(service->hasBlueLightClient());
     EXPECT_EQ(service->getBlueLightStatus(),
-              (BlueLightStatus{true, BlueLightMode::customSchedule, timeOfFractionalHours(from), timeOfFractionalHours(to)}));
+              (BlueLightStatus{true, BlueLightMode::customSchedule, timeOfFractionalHours(from),
+                               timeOfFractionalHours(to)}));
 
     // Off and back on are run by the program tests; here the restore of a sunset-to-sunrise
     // schedule: "no schedule", then the schedule again, leaving the user's keys as they were.
@@ -263,12 +278,17 @@ TEST(KWinNightColor, StatusFromEachGenerationsProperties) {
     const std::pair<std::string, BlueLightStatus> cases[] = {
         // Plasma 6 at night reads the custom schedule from its transition times; by day the
         // times are the other way round.
-        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400), {true, BlueLightMode::customSchedule, {21, 15}, {6, 45}}},
-        {timings(true, todayAt(7, 0), todayAt(22, 30)), {false, BlueLightMode::customSchedule, {22, 30}, {7, 0}}},
+        {timings(false, todayAt(21, 15), todayAt(6, 45) + 86400),
+         {true, BlueLightMode::customSchedule, {21, 15}, {6, 45}}},
+        {timings(true, todayAt(7, 0), todayAt(22, 30)),
+         {false, BlueLightMode::customSchedule, {22, 30}, {7, 0}}},
         // Plasma 5: daytime by temperature, and its own mode numbers.
-        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})", {false, BlueLightMode::sunsetToSunrise, {}, {}}},
-        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})", {true, BlueLightMode::alwaysOn, {}, {}}},
-        {R"({"plasma": 5, "mode": 1, "running": false})", {false, BlueLightMode::sunsetToSunrise, {}, {}}},
+        {R"({"plasma": 5, "mode": 0, "targetTemperature": 6500})",
+         {false, BlueLightMode::sunsetToSunrise, {}, {}}},
+        {R"({"plasma": 5, "mode": 3, "targetTemperature": 4200})",
+         {true, BlueLightMode::alwaysOn, {}, {}}},
+        {R"({"plasma": 5, "mode": 1, "running": false})",
+         {false, BlueLightMode::sunsetToSunrise, {}, {}}},
     };
     SimSystemLog log;
     for (const auto& [parameters, expected] : cases) {

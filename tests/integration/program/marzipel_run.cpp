@@ -22,9 +22,9 @@ void writeDesktopEntries() {
 
 std::vector<std::string> MarzipelRun::environment(
     const std::vector<std::string>& environment) const {
-    std::vector<std::string> result{"HOME=" + home_.path().string(),
-                                    "XDG_DATA_HOME=" + scratch("data"),
-                                    "XDG_DATA_DIRS=/usr/local/share:/usr/share"};
+    std::vector<std::string> result{
+        "HOME=" + home_.path().string(), "XDG_STATE_HOME=" + (home_.path() / "state").string(),
+        "XDG_DATA_HOME=" + scratch("data"), "XDG_DATA_DIRS=/usr/local/share:/usr/share"};
     result.insert(result.end(), environment.begin(), environment.end());
     return result;
 }
@@ -43,9 +43,6 @@ void MarzipelRun::start(const std::vector<std::string>& environment) {
 </dict></plist>
 )");
     debugLog_ = (documents / "Marzipel_debug.log").string();
-    for (const std::string& variable : environment) {
-        if (variable.starts_with("XDG_RUNTIME_DIR=")) runtimeFolder_ = variable.substr(16);
-    }
     process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
     // The debug log is opened once the event loop runs, when the window source is in place.
     ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))
@@ -63,7 +60,7 @@ pid_t MarzipelRun::appPid() const {
 bool MarzipelRun::activeRunSaved() const {
     return readFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist")).find("marzipelData") !=
                std::string::npos &&
-           std::filesystem::exists(runtimeFolder_ + "/marzipel/active");
+           std::filesystem::exists(home_.path() / "state/marzipel/active");
 }
 
 bool MarzipelRun::logHas(const std::string& line) const {

@@ -44,7 +44,6 @@ public:
 private:
     TempFolder home_;
     std::string debugLog_;
-    std::string runtimeFolder_;
     Child process_;
 };
 

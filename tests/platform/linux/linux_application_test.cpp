@@ -68,12 +68,12 @@ private Q_SLOTS:
         for (const auto& [signalNumber, name] :
              {std::pair{SIGTERM, "SIGTERM"}, {SIGINT, "SIGINT"}, {SIGHUP, "SIGHUP"}}) {
             willTerminate_ = 0;
-            systemLog_.entries.clear();
+            systemLog_.infoEntries.clear();
             LinuxApplication application(center_, systemLog_, [] { return false; });
             QTimer::singleShot(0, [signalNumber] { ::raise(signalNumber); });
             QCOMPARE(runLoop(), 0);
             QCOMPARE(willTerminate_, 1);
-            QCOMPARE(systemLog_.entries,
+            QCOMPARE(systemLog_.infoEntries,
                      std::vector<std::string>{"com.orsavelt/MarzipelApp: Received " +
                                               std::string(name) + ": quitting as Quit does."});
         }

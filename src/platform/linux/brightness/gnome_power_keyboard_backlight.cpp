@@ -30,13 +30,14 @@ bool GnomePowerKeyboardBacklight::available() {
     return readPercent(reply).has_value();
 }
 
-float GnomePowerKeyboardBacklight::brightness() {
+KeyboardReading GnomePowerKeyboardBacklight::brightness() {
     QDBusMessage reply;
-    if (std::optional<int> percent = readPercent(reply)) return fractionOfLevel(*percent, 100);
-    log_.error(kAppLogSubsystem, kAppLogCategory,
-               "Could not read the keyboard backlight from gnome-settings-daemon: " +
-                   dbus::errorText(reply));
-    return 0.0f;
+    if (std::optional<int> percent = readPercent(reply)) {
+        return KeyboardReading::of(fractionOfLevel(*percent, 100));
+    }
+    return KeyboardReading::failed(
+        "Could not read the keyboard backlight from gnome-settings-daemon: " +
+        dbus::errorText(reply));
 }
 
 void GnomePowerKeyboardBacklight::readAhead() {

@@ -14,7 +14,7 @@ public:
 
     explicit GnomePowerKeyboardBacklight(SystemLog& log) : log_(log) {}
 
-    float brightness() override;
+    KeyboardReading brightness() override;
     void setBrightness(float value) override;
     void readAhead() override;
 

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "platform/brightness_service.h"
+
 namespace marzipel {
 
 /// One way of reaching the keyboard backlight, in fractions of its highest level (0.0 to 1.0).
-/// Main thread only. Failures are written to the system log, never raised.
+/// Main thread only. A failed read says why; a failed write is written to the system log.
 class KeyboardBacklight {
 public:
     virtual ~KeyboardBacklight() = default;
-    /// 0.0 when the level cannot be read.
-    virtual float brightness() = 0;
+    virtual KeyboardReading brightness() = 0;
     virtual void setBrightness(float value) = 0;
     /// Asks for the level now, for a `brightness` call that follows in this event-loop turn.
     virtual void readAhead() {}

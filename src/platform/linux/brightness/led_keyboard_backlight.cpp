@@ -34,15 +34,14 @@ std::optional<std::filesystem::path> LedKeyboardBacklight::find(
     return *found.begin();
 }
 
-float LedKeyboardBacklight::brightness() {
+KeyboardReading LedKeyboardBacklight::brightness() {
     std::optional<int> level = readNumber(led_ / "brightness");
     std::optional<int> maxLevel = readNumber(led_ / "max_brightness");
     if (!level || !maxLevel) {
-        log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "Could not read the keyboard backlight from " + led_.string());
-        return 0.0f;
+        return KeyboardReading::failed("Could not read the keyboard backlight from " +
+                                       led_.string());
     }
-    return fractionOfLevel(*level, *maxLevel);
+    return KeyboardReading::of(fractionOfLevel(*level, *maxLevel));
 }
 
 void LedKeyboardBacklight::setBrightness(float value) {

@@ -18,7 +18,7 @@ public:
     LedKeyboardBacklight(std::filesystem::path led, SystemLog& log)
         : led_(std::move(led)), log_(log) {}
 
-    float brightness() override;
+    KeyboardReading brightness() override;
     void setBrightness(float value) override;
 
 private:

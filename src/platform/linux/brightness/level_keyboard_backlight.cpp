@@ -52,19 +52,17 @@ std::optional<int> LevelKeyboardBacklight::maxLevel(QDBusMessage& reply) {
     return maxLevel_;
 }
 
-float LevelKeyboardBacklight::brightness() {
+KeyboardReading LevelKeyboardBacklight::brightness() {
     QDBusMessage reply;
     const std::optional<int> max = maxLevel(reply);
     const std::optional<int> level = max ? askLevel(methods_, methods_.level, reply) : std::nullopt;
     if (!level) {
         // The service may have restarted with other hardware behind it.
         maxLevel_.reset();
-        log_.error(kAppLogSubsystem, kAppLogCategory,
-                   std::string("Could not read the keyboard backlight from ") +
-                       methods_.serviceName + ": " + dbus::errorText(reply));
-        return 0.0f;
+        return KeyboardReading::failed(std::string("Could not read the keyboard backlight from ") +
+                                       methods_.serviceName + ": " + dbus::errorText(reply));
     }
-    return fractionOfLevel(*level, *max);
+    return KeyboardReading::of(fractionOfLevel(*level, *max));
 }
 
 void LevelKeyboardBacklight::readAhead() {

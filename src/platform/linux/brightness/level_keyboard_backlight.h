@@ -38,7 +38,7 @@ public:
     LevelKeyboardBacklight(const KeyboardLevelMethods& methods, int maxLevel, SystemLog& log)
         : methods_(methods), log_(log), maxLevel_(maxLevel) {}
 
-    float brightness() override;
+    KeyboardReading brightness() override;
     void setBrightness(float value) override;
     void readAhead() override;
 

@@ -17,7 +17,7 @@ namespace {
 
 class NoKeyboardBacklight final : public KeyboardBacklight {
 public:
-    float brightness() override { return 0.0f; }
+    KeyboardReading brightness() override { return KeyboardReading::of(0.0f); }
     void setBrightness(float) override {}
 };
 
@@ -51,7 +51,7 @@ public:
     }
 
     // Only the built-in keyboard exists for us, whatever its number.
-    float brightnessForKeyboard(int) override { return keyboard_->brightness(); }
+    KeyboardReading brightnessForKeyboard(int) override { return keyboard_->brightness(); }
     void setBrightness(float value, int) override { keyboard_->setBrightness(value); }
 
     /// With a session bus there is a client even before the desktop's service is up: until
@@ -115,13 +115,14 @@ LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
             line = "Keyboard backlight through logind and the kernel's LED " + led_->string();
             break;
         case KeyboardWay::none:
-            line =
-                "No keyboard backlight: no power daemon or UPower has one and there is no "
-                "kbd_backlight LED in " +
-                ledsFolder.string() + "; keyboard brightness reads as 0.0 and is not changed";
-            break;
+            log_.error(kAppLogSubsystem, kAppLogCategory,
+                       "No keyboard backlight: no power daemon or UPower has one and there is no "
+                       "kbd_backlight LED in " +
+                           ledsFolder.string() +
+                           "; keyboard brightness reads as 0.0 and is not changed");
+            return;
     }
-    log_.error(kAppLogSubsystem, kAppLogCategory, line);
+    log_.info(kAppLogSubsystem, kAppLogCategory, line);
 }
 
 BlueLightFilterName LinuxBrightnessServiceFactory::blueLightFilterName() {

@@ -62,24 +62,24 @@ LinuxWindowSource::LinuxWindowSource(const WindowSourceChoice& choice,
       }) {
     switch (choice.kind) {
         case WindowSourceKind::x11:
-            log.error(kAppLogSubsystem, kAppLogCategory,
-                      "Watching windows through X11: " + choice.reason);
+            log.info(kAppLogSubsystem, kAppLogCategory,
+                     "Watching windows through X11: " + choice.reason);
             startX11(log);
             return;
         case WindowSourceKind::sway:
-            log.error(kAppLogSubsystem, kAppLogCategory,
-                      "Watching windows through Sway's IPC socket: " + choice.reason);
+            log.info(kAppLogSubsystem, kAppLogCategory,
+                     "Watching windows through Sway's IPC socket: " + choice.reason);
             startSway(log);
             return;
         case WindowSourceKind::gnomeShell:
-            log.error(kAppLogSubsystem, kAppLogCategory,
-                      "Watching windows through GNOME Shell: " + choice.reason);
+            log.info(kAppLogSubsystem, kAppLogCategory,
+                     "Watching windows through GNOME Shell: " + choice.reason);
             startGnomeShell(log);
             return;
         case WindowSourceKind::kwin:
             if (bus) {
-                log.error(kAppLogSubsystem, kAppLogCategory,
-                          "Watching windows through a KWin script: " + choice.reason);
+                log.info(kAppLogSubsystem, kAppLogCategory,
+                         "Watching windows through a KWin script: " + choice.reason);
                 startKWin(log, *bus);
                 return;
             }

@@ -30,4 +30,12 @@ std::optional<std::string> configHomeDirectory(const std::optional<std::string>&
     return *home + "/.config";
 }
 
+std::optional<std::string> stateHomeDirectory(const std::optional<std::string>& home) {
+    if (const char* state = std::getenv("XDG_STATE_HOME"); state && state[0] == '/') {
+        return std::string(state);
+    }
+    if (!home) return std::nullopt;
+    return *home + "/.local/state";
+}
+
 }  // namespace marzipel

@@ -12,4 +12,8 @@ std::optional<std::string> homeDirectory();
 /// neither.
 std::optional<std::string> configHomeDirectory(const std::optional<std::string>& home);
 
+/// $XDG_STATE_HOME when it is an absolute path, else `home` + "/.local/state"; nothing when there
+/// is neither.
+std::optional<std::string> stateHomeDirectory(const std::optional<std::string>& home);
+
 }  // namespace marzipel
