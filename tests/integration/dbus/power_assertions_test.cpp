@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QDBusConnectionInterface>
 #include <QDBusUnixFileDescriptor>
 #include <filesystem>
 #include <set>
@@ -69,10 +70,15 @@ TEST(LinuxPowerAssertions, PlayingMpvHoldsTheDisplayAndPausedDoesNot) {
     if (!std::filesystem::exists(MPV_PROGRAM)) GTEST_SKIP() << "mpv or mpv-mpris is missing";
     Child mpv({MPV_PROGRAM, "--no-config", "--no-terminal", "--vo=null", "--ao=null",
                std::string("--script=") + MPV_MPRIS_PLUGIN, "av://lavfi:testsrc=size=64x48"});
-    // The only mpv on this bus: mpv-mpris adds no instance suffix to its name.
-    const dbus::Address player{"org.mpris.MediaPlayer2.mpv", "/org/mpris/MediaPlayer2",
-                               "org.mpris.MediaPlayer2.Player"};
+    // mpv-mpris 1.0 and later add an instance suffix to the name, earlier ones do not.
     const QDBusConnection bus = QDBusConnection::sessionBus();
+    QString name;
+    ASSERT_TRUE(waitUntil([&] {
+        for (const QString& owned : bus.interface()->registeredServiceNames().value())
+            if (owned.startsWith("org.mpris.MediaPlayer2.mpv")) name = owned;
+        return !name.isEmpty();
+    }));
+    const dbus::Address player{name, "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player"};
     const auto status = [&] {
         return dbus::property(bus, player, "PlaybackStatus").value_or(QVariant()).toString();
     };
