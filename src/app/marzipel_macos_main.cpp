@@ -86,10 +86,9 @@ int main(int argc, char* argv[]) {
 
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
-    const UiServices services{settings,  launchAtLogin,   application, workspace,
-                              updater,   catalog,         filePicker,  imageLoader,
-                              systemLog, userDirectories, clock,       console,
-                              brightness};
+    const UiServices services{settings, launchAtLogin, application, workspace, updater,
+                              catalog,  filePicker,    imageLoader, systemLog, userDirectories,
+                              clock,    console,       brightness};
     WelcomeWindowManager welcomeWindow(services);
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
