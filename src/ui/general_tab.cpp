@@ -122,7 +122,7 @@ void GeneralTab::buildActiveSection(QVBoxLayout* column) {
                                 std::pair{nightShift_, Feature::nightShift}}) {
         column->addWidget(box, 0, Qt::AlignLeft);
         connect(box, &QCheckBox::toggled, this,
-                [this, feature](bool on) { model_.setFeatureEnabled(feature, on); });
+                [this, feature = feature](bool on) { model_.setFeatureEnabled(feature, on); });
     }
 }
 

@@ -20,9 +20,15 @@ using dbustest::scratch;
 void writeDesktopEntries();
 
 /// The marzipel program as a user runs it, on the test program's buses, with `kPlayer` as its
-/// trigger app, both features on and the debug log on; ended when this goes away.
+/// trigger app, both features on and the debug log on; ended when this goes away, and the test
+/// fails then if a sanitizer build of any of its runs reported an error.
 class MarzipelRun {
 public:
+    MarzipelRun() = default;
+    ~MarzipelRun();
+    MarzipelRun(const MarzipelRun&) = delete;
+    MarzipelRun& operator=(const MarzipelRun&) = delete;
+
     /// Starts it with `environment` added and waits until it has launched; fails the test when
     /// it does not.
     void start(const std::vector<std::string>& environment);

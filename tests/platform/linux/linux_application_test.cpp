@@ -70,7 +70,7 @@ private Q_SLOTS:
             willTerminate_ = 0;
             systemLog_.infoEntries.clear();
             LinuxApplication application(center_, systemLog_, [] { return false; });
-            QTimer::singleShot(0, [signalNumber] { ::raise(signalNumber); });
+            QTimer::singleShot(0, [signalNumber = signalNumber] { ::raise(signalNumber); });
             QCOMPARE(runLoop(), 0);
             QCOMPARE(willTerminate_, 1);
             QCOMPARE(systemLog_.infoEntries,

@@ -57,6 +57,23 @@ bool isMap(const QDBusArgument& argument) {
     return argument.currentSignature() == QLatin1String("a{sv}");
 }
 
+std::string readElements(const QDBusArgument& list, std::vector<WindowIdentity>& read) {
+    while (!list.atEnd()) {
+        if (read.size() == kMaxReportedWindows) return "too many windows";
+        QDBusVariant element;
+        list >> element;
+        const QVariant value = element.variant();
+        if (value.metaType().id() != qMetaTypeId<QDBusArgument>() ||
+            !isMap(value.value<QDBusArgument>()))
+            return "a window is not an a{sv}";
+        ReportedWindow window;
+        if (std::string fault = readWindow(qdbus_cast<QVariantMap>(value), window); !fault.empty())
+            return fault;
+        read.push_back(std::move(window.identity));
+    }
+    return {};
+}
+
 }  // namespace
 
 std::string WindowReportReader::readActive(const QDBusMessage& call,
@@ -81,22 +98,11 @@ std::string WindowReportReader::readWindows(const QDBusMessage& call,
     const QDBusArgument list = call.arguments().constFirst().value<QDBusArgument>();
     std::vector<WindowIdentity> read;
     list.beginArray();
-    while (!list.atEnd()) {
-        if (read.size() == kMaxReportedWindows) return "too many windows";
-        QDBusVariant element;
-        list >> element;
-        const QVariant value = element.variant();
-        if (value.metaType().id() != qMetaTypeId<QDBusArgument>() ||
-            !isMap(value.value<QDBusArgument>()))
-            return "a window is not an a{sv}";
-        ReportedWindow window;
-        if (std::string fault = readWindow(qdbus_cast<QVariantMap>(value), window); !fault.empty())
-            return fault;
-        read.push_back(std::move(window.identity));
-    }
+    const std::string fault = readElements(list, read);
+    // Also after a fault: the reader of the message is freed only when its array ends.
     list.endArray();
-    windows = std::move(read);
-    return {};
+    if (fault.empty()) windows = std::move(read);
+    return fault;
 }
 
 }  // namespace marzipel
