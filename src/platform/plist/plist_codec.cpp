@@ -13,7 +13,10 @@
 namespace marzipel {
 namespace {
 
-#if MARZIPEL_LIBPLIST_VERSION < 207
+#if MARZIPEL_LIBPLIST_VERSION >= 207
+/// Seconds from the Unix epoch to the property lists' reference date, 1 January 2001.
+constexpr std::int64_t referenceDateFromEpoch = 978307200;
+#else
 constexpr double microsecondsPerSecond = 1e6;
 #endif
 
@@ -50,8 +53,6 @@ std::optional<PlistValue> fromDictionary(plist_t node, std::size_t depth) {
     }
 }
 
-/// Seconds from the Unix epoch to the property lists' reference date, 1 January 2001.
-constexpr std::int64_t referenceDateFromEpoch = 978307200;
 
 PlistDate dateOf(plist_t node) {
 #if MARZIPEL_LIBPLIST_VERSION >= 207
