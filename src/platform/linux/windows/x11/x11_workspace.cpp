@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -49,30 +50,41 @@ std::optional<std::int32_t> processIdOf(const std::vector<std::uint32_t>& pid) {
     return static_cast<std::int32_t>(pid.front());
 }
 
-constexpr std::size_t kFactsPerWindow = 5;
+/// The properties read of each window, in the order of their requests and so of their replies.
+enum class Fact : std::size_t { processId, windowType, state, wmClass, gtkApplicationId, count };
+constexpr auto kFactsPerWindow = static_cast<std::size_t>(Fact::count);
 
 void addFactRequests(const X11Connection& x, xcb_window_t window,
                      std::vector<PropertyRequest>& requests) {
     const auto& atoms = x.ewmh();
-    requests.push_back({window, atoms._NET_WM_PID, XCB_ATOM_CARDINAL});
-    requests.push_back({window, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM});
-    requests.push_back({window, atoms._NET_WM_STATE, XCB_ATOM_ATOM});
-    requests.push_back({window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING});
-    requests.push_back({window, x.gtkApplicationIdAtom(), atoms.UTF8_STRING});
+    std::array<PropertyRequest, kFactsPerWindow> facts;
+    const auto ask = [&](Fact fact, xcb_atom_t property, xcb_atom_t type) {
+        facts[static_cast<std::size_t>(fact)] = {window, property, type};
+    };
+    ask(Fact::processId, atoms._NET_WM_PID, XCB_ATOM_CARDINAL);
+    ask(Fact::windowType, atoms._NET_WM_WINDOW_TYPE, XCB_ATOM_ATOM);
+    ask(Fact::state, atoms._NET_WM_STATE, XCB_ATOM_ATOM);
+    ask(Fact::wmClass, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING);
+    ask(Fact::gtkApplicationId, x.gtkApplicationIdAtom(), atoms.UTF8_STRING);
+    requests.insert(requests.end(), facts.begin(), facts.end());
 }
 
-/// `window`'s facts from the replies to its requests, which start at `reply`.
-WindowFacts factsFrom(const X11Connection& x, xcb_window_t window, const PropertyReply* reply) {
+/// `window`'s facts from the replies to its requests, which start at `replies`.
+WindowFacts factsFrom(const X11Connection& x, xcb_window_t window, const PropertyReply* replies) {
     const auto& atoms = x.ewmh();
-    const auto types = X11Connection::itemsOf(reply[1]);
+    const auto reply = [&](Fact fact) -> const PropertyReply& {
+        return replies[static_cast<std::size_t>(fact)];
+    };
+    const auto types = X11Connection::itemsOf(reply(Fact::windowType));
     const bool normal =
         types.empty() || std::ranges::count(types, atoms._NET_WM_WINDOW_TYPE_NORMAL);
-    const bool skipsTaskbar =
-        std::ranges::count(X11Connection::itemsOf(reply[2]), atoms._NET_WM_STATE_SKIP_TASKBAR) > 0;
-    auto gtk = X11Connection::bytesOf(reply[4]);
+    const bool skipsTaskbar = std::ranges::count(X11Connection::itemsOf(reply(Fact::state)),
+                                                 atoms._NET_WM_STATE_SKIP_TASKBAR) > 0;
+    auto gtk = X11Connection::bytesOf(reply(Fact::gtkApplicationId));
     if (gtk && gtk->empty()) gtk.reset();
-    return {window, processIdOf(X11Connection::itemsOf(reply[0])), normal && !skipsTaskbar,
-            classHintOf(X11Connection::bytesOf(reply[3])), std::move(gtk)};
+    return {window, processIdOf(X11Connection::itemsOf(reply(Fact::processId))),
+            normal && !skipsTaskbar, classHintOf(X11Connection::bytesOf(reply(Fact::wmClass))),
+            std::move(gtk)};
 }
 
 /// The facts of every window in `windows`, read in one round trip to the server.
@@ -91,6 +103,8 @@ std::vector<WindowFacts> factsOf(const X11Connection& x, const std::vector<xcb_w
 /// What the frontmost application is found from: the active window, the client list and the
 /// facts of `likelyActive`. Those spare a second round trip when it is the active window and
 /// shows in the taskbar, as it then makes its process a regular application by itself.
+enum class Frontmost : std::size_t { activeWindow, clientList, likelyActiveFacts };
+
 std::vector<PropertyRequest> frontmostRequests(const X11Connection& x, xcb_window_t likelyActive) {
     std::vector<PropertyRequest> requests{
         {x.root(), x.ewmh()._NET_ACTIVE_WINDOW, XCB_ATOM_WINDOW},
@@ -138,15 +152,16 @@ std::optional<RunningApplication> frontmostFrom(const X11Connection& x,
                                                 const std::vector<PropertyReply>& replies,
                                                 xcb_window_t likelyActive,
                                                 const AppIdentifier& identifier) {
-    const auto activeItems = X11Connection::itemsOf(replies[0]);
+    const auto reply = [&](Frontmost part) { return &replies[static_cast<std::size_t>(part)]; };
+    const auto activeItems = X11Connection::itemsOf(*reply(Frontmost::activeWindow));
     if (activeItems.empty() || activeItems.front() == XCB_WINDOW_NONE) return std::nullopt;
     const xcb_window_t active = activeItems.front();
     if (active == likelyActive) {
-        const WindowFacts facts = factsFrom(x, active, &replies[2]);
+        const WindowFacts facts = factsFrom(x, active, reply(Frontmost::likelyActiveFacts));
         if (!facts.processId) return std::nullopt;
         if (facts.taskbar) return describe(identifier, {*facts.processId, &facts, true}, facts);
     }
-    auto clients = X11Connection::itemsOf(replies[1]);
+    auto clients = X11Connection::itemsOf(*reply(Frontmost::clientList));
     if (std::ranges::count(clients, active) == 0) clients.push_back(active);
     const auto windows = factsOf(x, clients);
     const auto& facts = *std::ranges::find(windows, active, &WindowFacts::window);
