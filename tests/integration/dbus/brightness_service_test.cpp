@@ -130,7 +130,6 @@ TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
     service->setBrightness(0.75f, 1);
     EXPECT_EQ(powerDevil.calls(path, "setKeyboardBrightnessSilent"),
               (std::vector<QVariantList>{{0}, {3}}));
-    EXPECT_TRUE(powerDevil.calls(path, "setKeyboardBrightness").empty());
     EXPECT_TRUE(levelsSet(*upower).empty());
     EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
