@@ -15,7 +15,6 @@
 #include "gnome_color.h"
 #include "mock_service.h"
 #include "platform/linux/brightness/keyboard_backlight.h"
-#include "platform/linux/brightness/keyboard_backlight_choice.h"
 #include "platform/linux/brightness/linux_brightness_service.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
@@ -134,14 +133,6 @@ TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
     EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
     EXPECT_TRUE(log.entries.empty());
-}
-
-TEST(KeyboardWays, TheDesktopsPowerDaemonComesFirstThenUPowerThenTheLed) {
-    EXPECT_EQ(chooseKeyboardWay({true, true, true, true}), KeyboardWay::gnomeSettingsDaemon);
-    EXPECT_EQ(chooseKeyboardWay({false, true, true, true}), KeyboardWay::powerDevil);
-    EXPECT_EQ(chooseKeyboardWay({false, false, true, true}), KeyboardWay::upower);
-    EXPECT_EQ(chooseKeyboardWay({false, false, false, true}), KeyboardWay::led);
-    EXPECT_EQ(chooseKeyboardWay({}), KeyboardWay::none);
 }
 
 TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {
