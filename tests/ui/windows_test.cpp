@@ -36,6 +36,7 @@ struct OpenWindow {
     explicit OpenWindow(bool updaterAvailable = true) {
         world.sim.userDirectories.documents = documents.path().toStdString();
         world.sim.updater.available = updaterAvailable;
+        world.sim.brightnessFactory.filterName = BlueLightFilterName::nightColor;
         controller = std::make_unique<SettingsWindowController>(world.services(), openSettings);
         controller->show();
     }
@@ -113,6 +114,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(open.window()));
         auto* nightShift = open.find<QCheckBox>("disableNightShift");
         QVERIFY(nightShift->isChecked());
+        QCOMPARE(nightShift->text(), "Disable Night Color");
 
         QTest::mouseClick(nightShift, Qt::LeftButton);
         QCOMPARE(open.storedFeatures(), std::set<Feature>{Feature::keyboardBacklight});

@@ -15,7 +15,6 @@
 #include "gnome_color.h"
 #include "mock_service.h"
 #include "platform/linux/brightness/keyboard_backlight.h"
-#include "platform/linux/brightness/keyboard_backlight_choice.h"
 #include "platform/linux/brightness/linux_brightness_service.h"
 #include "platform/sim/sim_basics.h"
 #include "support/event_loop_wait.h"
@@ -130,19 +129,10 @@ TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
     service->setBrightness(0.75f, 1);
     EXPECT_EQ(powerDevil.calls(path, "setKeyboardBrightnessSilent"),
               (std::vector<QVariantList>{{0}, {3}}));
-    EXPECT_TRUE(powerDevil.calls(path, "setKeyboardBrightness").empty());
     EXPECT_TRUE(levelsSet(*upower).empty());
     EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
     EXPECT_TRUE(log.entries.empty());
-}
-
-TEST(KeyboardWays, TheDesktopsPowerDaemonComesFirstThenUPowerThenTheLed) {
-    EXPECT_EQ(chooseKeyboardWay({true, true, true, true}), KeyboardWay::gnomeSettingsDaemon);
-    EXPECT_EQ(chooseKeyboardWay({false, true, true, true}), KeyboardWay::powerDevil);
-    EXPECT_EQ(chooseKeyboardWay({false, false, true, true}), KeyboardWay::upower);
-    EXPECT_EQ(chooseKeyboardWay({false, false, false, true}), KeyboardWay::led);
-    EXPECT_EQ(chooseKeyboardWay({}), KeyboardWay::none);
 }
 
 TEST(LedKeyboard, OnlyAKeyboardLedCountsAndItIsWrittenThroughTheLogindSession) {

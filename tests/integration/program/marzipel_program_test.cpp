@@ -9,7 +9,6 @@
 #include <filesystem>
 
 #include "integration/dbus/gnome_color.h"
-#include "integration/dbus/gnome_power.h"
 #include "integration/program/marzipel_run.h"
 #include "integration/x_session.h"
 
@@ -103,18 +102,36 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
     EXPECT_EQ(programtest::gsettingsKeyfile(), keysBefore) << "the user's Night Light keys changed";
 }
 
+/// gsd-power's keyboard level in percent; nothing while it does not answer for one.
+std::optional<int> powerKeyboardPercent() {
+    const std::optional<QVariant> value =
+        dbus::property(QDBusConnection::sessionBus(),
+                       {"org.gnome.SettingsDaemon.Power", "/org/gnome/SettingsDaemon/Power",
+                        "org.gnome.SettingsDaemon.Power.Keyboard"},
+                       QStringLiteral("Brightness"));
+    return value ? std::optional(value->toInt()) : std::nullopt;
+}
+
 // gsd-power keeps its own copy of the keyboard level: dimming for an idle session and undimming
-// afterwards must not light the keyboard in the middle of the film.
+// afterwards must not light the keyboard in the middle of the film. Beside UPower it needs
+// logind, and Mutter's idle monitor and GNOME's session manager for a session that goes idle.
 TEST(MarzipelProgramTest, KeyboardGoesThroughGnomePowerAndStaysOffThroughAnIdleDim) {
     if (!std::filesystem::exists(GSD_POWER_PROGRAM)) GTEST_SKIP() << "gsd-power is missing";
     programtest::writeDesktopEntries();
     XSession x;
     const auto keyboard = programtest::startKeyboardBacklight();
     const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
-    dbustest::GnomePowerDaemon power;
-    ASSERT_TRUE(power.start("DISPLAY=" + x.display(), scratch("home")))
+    dbustest::MockService logind("logind", "org.freedesktop.login1", true);
+    dbustest::MockService mutter("mutter", "org.gnome.Mutter.IdleMonitor", false);
+    dbustest::MockService session("gnome_session_manager", "org.gnome.SessionManager", false);
+    // Idle watches other than the dim would suspend or blank; the test only dims.
+    GSettings* settings = g_settings_new("org.gnome.settings-daemon.plugins.power");
+    g_settings_set_string(settings, "sleep-inactive-ac-type", "nothing");
+    g_settings_sync();
+    g_object_unref(settings);
+    Child power({GSD_POWER_PROGRAM}, {"DISPLAY=" + x.display(), "HOME=" + scratch("home")});
+    ASSERT_TRUE(waitUntil([] { return powerKeyboardPercent() == 67; }, 20s))
         << "gsd-power did not answer for the keyboard";
-    ASSERT_EQ(dbustest::powerKeyboardPercent(), 67);
     programtest::MarzipelRun marzipel;
     marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
                     "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
@@ -124,17 +141,27 @@ TEST(MarzipelProgramTest, KeyboardGoesThroughGnomePowerAndStaysOffThroughAnIdleD
     x.client().activate(player);
     x.client().setFullScreen(player, true);
     ASSERT_TRUE(waitUntil([&] { return !levelsSet().empty(); }));
-    EXPECT_EQ(dbustest::powerKeyboardPercent(), 0);
+    EXPECT_EQ(powerKeyboardPercent(), 0);
 
-    ASSERT_TRUE(power.becomeIdle()) << "gsd-power did not dim";
-    power.becomeActive();
-    EXPECT_EQ(dbustest::powerKeyboardPercent(), 0);
+    const QString core = QStringLiteral("/org/gnome/Mutter/IdleMonitor/Core");
+    const auto idleMonitor = [&](const char* method) {
+        QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            "org.gnome.Mutter.IdleMonitor", core, "org.gnome.Mutter.IdleMonitor.Test", method));
+    };
+    // gsd-power has dimmed once it watches for the user's return.
+    const std::size_t watches = mutter.calls(core, "AddUserActiveWatch").size();
+    idleMonitor("BecomeIdle");
+    ASSERT_TRUE(waitUntil([&] {
+        return mutter.calls(core, "AddUserActiveWatch").size() > watches;
+    })) << "gsd-power did not dim";
+    idleMonitor("BecomeActive");
+    EXPECT_EQ(powerKeyboardPercent(), 0);
     EXPECT_EQ(levelsSet(), std::vector<int>{0});
 
     x.client().setFullScreen(player, false);
     ASSERT_TRUE(waitUntil([&] { return levelsSet().size() == 2; }));
     EXPECT_EQ(levelsSet(), (std::vector<int>{0, 2}));
-    EXPECT_EQ(dbustest::powerKeyboardPercent(), 67);
+    EXPECT_EQ(powerKeyboardPercent(), 67);
 }
 
 }  // namespace

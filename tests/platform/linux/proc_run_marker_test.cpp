@@ -14,38 +14,25 @@
 namespace marzipel {
 namespace {
 
-/// The state letter of `processId` in /proc, '?' when it is gone.
-char processState(pid_t processId) {
-    const std::string stat = readFile("/proc/" + std::to_string(processId) + "/stat");
-    const auto nameEnd = stat.rfind(')');
-    return nameEnd == std::string::npos || nameEnd + 2 >= stat.size() ? '?' : stat[nameEnd + 2];
-}
-
 // Killed all at once, a run may not be reaped yet when the next one starts: its /proc entry
 // still has the same start time, but it runs no more.
 TEST(ProcRunMarkerTest, AKilledRunNotYetReapedHasEnded) {
     TempFolder folder;
     SimSystemLog log;
-    int placed[2];
-    ASSERT_EQ(pipe(placed), 0);
     const pid_t run = fork();
     if (run == 0) {
         ProcRunMarker(folder.path().string(), log).place();
-        (void)!write(placed[1], "p", 1);
         pause();
         _exit(0);
     }
-    char done = 0;
-    ASSERT_EQ(read(placed[0], &done, 1), 1);
     ProcRunMarker marker(folder.path().string(), log);
-    EXPECT_EQ(marker.find(), RunMark::ofRunningProcess);
+    EXPECT_TRUE(waitUntil([&] { return marker.find() == RunMark::ofRunningProcess; }));
     kill(run, SIGKILL);
-    // Deliberately not reaped until the marker has been read.
-    ASSERT_TRUE(waitUntil([&] { return processState(run) == 'Z'; }));
+    // Waits until it has ended, but leaves it unreaped until the marker has been read.
+    siginfo_t ended;
+    ASSERT_EQ(waitid(P_PID, run, &ended, WEXITED | WNOWAIT), 0);
     EXPECT_EQ(marker.find(), RunMark::ofEndedProcess);
     waitpid(run, nullptr, 0);
-    close(placed[0]);
-    close(placed[1]);
 }
 
 // The marker outlives a restart in the user's state folder; after one, whichever process now

@@ -10,16 +10,14 @@ using namespace std::chrono_literals;
 const RunEnd kCrashed{.reportedRunning = true};
 const RunEnd kFailedToStart{};
 
-TEST(RestartPolicyTest, PassesOnAFirstStartThatFailsOrAnyCleanEnd) {
-    RestartPolicy policy;
-    EXPECT_EQ(policy.afterRun(kFailedToStart, {}), AfterRun::end);
-    EXPECT_EQ(policy.afterRun({.exitedCleanly = true, .reportedRunning = true}, {}), AfterRun::end);
-    EXPECT_FALSE(policy.restarted());
-}
-
+// A first start that fails and a clean end pass the end on; after that, failures count.
 TEST(RestartPolicyTest, StartsAgainThreeTimesWithinAMinuteCountingRunsThatFailToStart) {
     RestartPolicy policy;
     const RestartPolicy::TimePoint start;
+    EXPECT_EQ(policy.afterRun(kFailedToStart, start), AfterRun::end);
+    EXPECT_EQ(policy.afterRun({.exitedCleanly = true, .reportedRunning = true}, start),
+              AfterRun::end);
+    EXPECT_FALSE(policy.restarted());
     EXPECT_EQ(policy.afterRun({.displayIsBack = true}, start), AfterRun::startAgain);
     EXPECT_EQ(policy.afterRun(kCrashed, start), AfterRun::startAgainAfterFailure);
     EXPECT_TRUE(policy.restarted());

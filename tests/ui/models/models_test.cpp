@@ -2,13 +2,11 @@
 
 #include <vector>
 
-#include "app/sim/sim_platform.h"
-#include "platform/sim/sim_login_item_service.h"
-#include "ui/models/general_tab_model.h"
+#include "platform/sim/sim_application.h"
+#include "ui/models/blue_light_label.h"
 #include "ui/models/settings_access.h"
 #include "ui/models/settings_view_model.h"
 #include "ui/models/tray_commands.h"
-#include "ui/models/welcome_model.h"
 
 namespace marzipel {
 namespace {
@@ -114,28 +112,13 @@ TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGo
     EXPECT_FALSE(model->showAdvancedSettings());
 }
 
-// The filter's switch carries the name the platform gives it, in both windows that show it.
+// Each desktop's own name for the filter; both windows' models take their switch's label from
+// here, and the windows test sees it on both.
 TEST(BlueLightToggleLabelTest, NamesTheFilterAsThePlatformDoes) {
-    SimPlatform sim;
-    SettingsManager settings{std::make_shared<SimPreferencesStore>(), sim.console};
-    SimLoginItemService loginItems;
-    LaunchAtLogin launchAtLogin{loginItems, sim.systemLog};
-    const std::pair<BlueLightFilterName, std::string_view> cases[] = {
-        {BlueLightFilterName::nightShift, "Disable Night Shift"},
-        {BlueLightFilterName::nightLight, "Disable Night Light"},
-        {BlueLightFilterName::nightColor, "Disable Night Color"},
-        {BlueLightFilterName::none, "Disable the blue-light filter"},
-    };
-    for (const auto& [name, label] : cases) {
-        sim.brightnessFactory.filterName = name;
-        const GeneralTabModel general({settings, launchAtLogin, sim.updater, sim.workspace,
-                                       sim.userDirectories, sim.clock, sim.console,
-                                       sim.brightnessFactory});
-        const WelcomeModel welcome(settings, launchAtLogin, sim.application, sim.brightnessFactory,
-                                   {});
-        EXPECT_EQ(general.blueLightToggleLabel(), label);
-        EXPECT_EQ(welcome.blueLightToggleLabel(), label);
-    }
+    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightShift), "Disable Night Shift");
+    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightLight), "Disable Night Light");
+    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightColor), "Disable Night Color");
+    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::none), "Disable the blue-light filter");
 }
 
 }  // namespace

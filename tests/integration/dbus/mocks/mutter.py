@@ -12,15 +12,13 @@ SYSTEM_BUS = False
 IS_OBJECT_MANAGER = True
 
 CORE_OBJ = '/org/gnome/Mutter/IdleMonitor/Core'
-TEST_IFACE = 'org.gnome.Mutter.IdleMonitor.Test'
 
-FIRE = (f'for watch in [w for w, idle in self.watches.items() if idle == {{}}]:\n'
+FIRE = ('for watch in [w for w, idle in self.watches.items() if idle == {}]:\n'
         f'    self.EmitSignal("{MAIN_IFACE}", "WatchFired", "u", [dbus.UInt32(watch)])')
 
 
 def load(mock, parameters):
     mock.AddObject(CORE_OBJ, MAIN_IFACE, {}, [
-        ('GetIdletime', '', 't', 'ret = 0'),
         ('AddIdleWatch', 't', 'u',
          'self.watches[len(self.watches) + 1] = True\nret = len(self.watches)'),
         ('AddUserActiveWatch', '', 'u',
@@ -29,7 +27,7 @@ def load(mock, parameters):
     ])
     core = mockobject.objects[CORE_OBJ]
     core.watches = {}
-    core.AddMethods(TEST_IFACE, [
+    core.AddMethods(f'{BUS_NAME}.Test', [
         ('BecomeIdle', '', '', FIRE.format('True')),
         ('BecomeActive', '', '', FIRE.format('False')),
     ])

@@ -11,6 +11,5 @@ def load(mock, parameters):
     mock.AddMethods(MAIN_IFACE, [
         ('keyboardBrightnessMax', '', 'i', f'ret = {parameters.get("max", 3)}'),
         ('keyboardBrightness', '', 'i', 'ret = self.level'),
-        ('setKeyboardBrightness', 'i', '', 'self.level = args[0]'),
         ('setKeyboardBrightnessSilent', 'i', '', 'self.level = args[0]'),
     ])
