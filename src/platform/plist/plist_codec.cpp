@@ -66,7 +66,8 @@ PlistDate dateOf(plist_t node) {
     plist_get_date_val(node, &seconds, &microseconds);
     // The binary reader hands back whole seconds truncated toward zero and the fraction's size,
     // so before the reference date the fraction points further into the past.
-    const double fraction = std::abs(microseconds) / microsecondsPerSecond;
+    // As a double: a broken date can come back with INT32_MIN microseconds.
+    const double fraction = std::abs(static_cast<double>(microseconds)) / microsecondsPerSecond;
     return PlistDate{seconds < 0 ? seconds - fraction : seconds + fraction};
 #endif
 }
