@@ -19,7 +19,7 @@ MarzipelSystemClient::MarzipelSystemClient(std::unique_ptr<BrightnessService> se
     hasBlueLightClient_ = service_->hasBlueLightClient();
 }
 
-KeyboardReading MarzipelSystemClient::keyboardBrightness() {
+Result<float> MarzipelSystemClient::keyboardBrightness() {
     return service_->brightnessForKeyboard(kKeyboardId);
 }
 

@@ -19,8 +19,8 @@ public:
     MarzipelSystemClient(std::unique_ptr<BrightnessService> service,
                          const SettingsManager& settings);
 
-    /// A failed read has no level and says why.
-    KeyboardReading keyboardBrightness();
+    /// A failed read says why.
+    Result<float> keyboardBrightness();
     void setKeyboardBrightness(float value);
     void enableNightShift();
     void disableNightShift();

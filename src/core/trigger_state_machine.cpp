@@ -1,6 +1,7 @@
 #include "core/trigger_state_machine.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "core/marzipel_state.h"
@@ -90,21 +91,24 @@ void TriggerStateMachine::activate(const std::string& /*bundleId*/) {
     // A record left by a run that ended while active must be used before it is replaced.
     restoreAfterUnexpectedEnd();
     MarzipelSystemClient& capture = dataManager_.systemClient;
-    const KeyboardReading keyboard = capture.keyboardBrightness();
+    const Result<float> keyboard = capture.keyboardBrightness();
     const BlueLightStatus nightShift = capture.nightShiftStatus();
     // Without the level to put back, the keyboard is not switched off: it would stay dark.
-    if (!keyboard.level) {
+    std::optional<float> keyboardLevel;
+    if (keyboard.ok()) {
+        keyboardLevel = keyboard.value();
+    } else {
         systemLog_.error(kAppLogSubsystem, kAppLogCategory,
-                         keyboard.failure + "; leaving the keyboard backlight as it is");
+                         keyboard.status().message() + "; leaving the keyboard backlight as it is");
     }
-    settings_.marzipelData().set(MarzipelData{nightShift.enabled, keyboard.level});
+    settings_.marzipelData().set(MarzipelData{nightShift.enabled, keyboardLevel});
     // Placed after the record: a marker must never point at a record older than its run.
     runMarker_.place();
 
     // Observers hear of the change before the system is touched.
     state_.setIsActive(true);
 
-    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight) && keyboard.level) {
+    if (settings_.enabledFeatures().get().contains(Feature::keyboardBacklight) && keyboard.ok()) {
         systemClient_.setKeyboardBrightness(0.0f);
     }
     if (settings_.enabledFeatures().get().contains(Feature::nightShift) && nightShift.enabled) {

@@ -2,9 +2,8 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <string>
-#include <utility>
+
+#include "base/status.h"
 
 namespace marzipel {
 
@@ -36,24 +35,14 @@ struct BlueLightStatus {
 /// What the platform calls its blue-light filter, in the words the user knows it by.
 enum class BlueLightFilterName { nightShift, nightLight, nightColor, none };
 
-/// The keyboard brightness as read: its level, or why it could not be read.
-struct KeyboardReading {
-    static KeyboardReading of(float level) { return {level, {}}; }
-    static KeyboardReading failed(std::string why) { return {std::nullopt, std::move(why)}; }
-
-    std::optional<float> level;
-    /// What failed, when there is no `level`.
-    std::string failure;
-};
-
 /// One pair of platform clients: the keyboard backlight and the blue-light filter.
 /// Main thread only. Results of the setters are not reported.
 class BrightnessService {
 public:
     virtual ~BrightnessService() = default;
 
-    /// A read that fails has no level and says why.
-    virtual KeyboardReading brightnessForKeyboard(int keyboardId) = 0;
+    /// The level, from 0.0 to 1.0; a read that fails returns a failed status saying why.
+    virtual Result<float> brightnessForKeyboard(int keyboardId) = 0;
     virtual void setBrightness(float value, int keyboardId) = 0;
 
     /// False when the blue-light client could not be created; the other blue-light calls

@@ -15,7 +15,7 @@ public:
     static std::unique_ptr<MacBrightnessService> create();
     ~MacBrightnessService() override;
 
-    KeyboardReading brightnessForKeyboard(int keyboardId) override;
+    Result<float> brightnessForKeyboard(int keyboardId) override;
     void setBrightness(float value, int keyboardId) override;
     bool hasBlueLightClient() const override;
     BlueLightStatus getBlueLightStatus() override;

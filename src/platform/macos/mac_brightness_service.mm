@@ -33,11 +33,11 @@ MacBrightnessService::MacBrightnessService(std::unique_ptr<Impl> impl) : impl_(s
 
 MacBrightnessService::~MacBrightnessService() = default;
 
-KeyboardReading MacBrightnessService::brightnessForKeyboard(int keyboardId) {
+Result<float> MacBrightnessService::brightnessForKeyboard(int keyboardId) {
     // CoreBrightness answers with a number whatever happens.
     const float level =
         [impl_->keyboard brightnessForKeyboard:static_cast<unsigned long long>(keyboardId)];
-    return KeyboardReading::of(level);
+    return level;
 }
 
 void MacBrightnessService::setBrightness(float value, int keyboardId) {

@@ -12,10 +12,10 @@ void SimBrightnessWorld::record(std::string call) {
 SimBrightnessService::SimBrightnessService(SimBrightnessWorld& world, std::string client)
     : world_(world), client_(std::move(client)) {}
 
-KeyboardReading SimBrightnessService::brightnessForKeyboard(int keyboardId) {
+Result<float> SimBrightnessService::brightnessForKeyboard(int keyboardId) {
     world_.record(client_ + " brightnessForKeyboard " + std::to_string(keyboardId));
-    if (world_.keyboardReadFailure) return KeyboardReading::failed(*world_.keyboardReadFailure);
-    return KeyboardReading::of(world_.keyboard);
+    if (world_.keyboardReadFailure) return Status::failure(*world_.keyboardReadFailure);
+    return world_.keyboard;
 }
 
 void SimBrightnessService::setBrightness(float value, int keyboardId) {

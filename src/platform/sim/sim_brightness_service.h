@@ -27,7 +27,7 @@ class SimBrightnessService final : public BrightnessService {
 public:
     SimBrightnessService(SimBrightnessWorld& world, std::string client);
 
-    KeyboardReading brightnessForKeyboard(int keyboardId) override;
+    Result<float> brightnessForKeyboard(int keyboardId) override;
     void setBrightness(float value, int keyboardId) override;
     bool hasBlueLightClient() const override;
     BlueLightStatus getBlueLightStatus() override;

@@ -53,7 +53,8 @@ TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
 
 /// The level `service` reads, -1 when the read fails.
 float levelRead(BrightnessService& service) {
-    return service.brightnessForKeyboard(1).level.value_or(-1.0f);
+    const Result<float> read = service.brightnessForKeyboard(1);
+    return read.ok() ? read.value() : -1.0f;
 }
 
 /// A level change that does not pass through the adapters, as another program's would.
@@ -93,15 +94,15 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
                     {"org.freedesktop.UPower.KbdBacklight", "GetBrightness", "", "i",
                      "raise dbus.exceptions.DBusException('the EC did not answer', "
                      "name='org.freedesktop.UPower.GeneralError')"});
-    const KeyboardReading failed = reader->brightnessForKeyboard(1);
-    EXPECT_FALSE(failed.level);
-    EXPECT_EQ(failed.failure,
+    const Result<float> failed = reader->brightnessForKeyboard(1);
+    EXPECT_FALSE(failed.ok());
+    EXPECT_EQ(failed.status().message(),
               "Could not read the keyboard backlight from UPower: "
               "org.freedesktop.UPower.GeneralError: the EC did not answer");
     EXPECT_TRUE(log.entries.empty());
 
     upower->stop();
-    EXPECT_FALSE(reader->brightnessForKeyboard(1).level);
+    EXPECT_FALSE(reader->brightnessForKeyboard(1).ok());
     writer->setBrightness(0.25f, 1);
     ASSERT_EQ(log.entries.size(), 1u);
     EXPECT_NE(log.entries[0].find("Could not set the keyboard backlight"), std::string::npos);

@@ -30,14 +30,13 @@ bool GnomePowerKeyboardBacklight::available() {
     return readPercent(reply).has_value();
 }
 
-KeyboardReading GnomePowerKeyboardBacklight::brightness() {
+Result<float> GnomePowerKeyboardBacklight::brightness() {
     QDBusMessage reply;
     if (std::optional<int> percent = readPercent(reply)) {
-        return KeyboardReading::of(fractionOfLevel(*percent, 100));
+        return fractionOfLevel(*percent, 100);
     }
-    return KeyboardReading::failed(
-        "Could not read the keyboard backlight from gnome-settings-daemon: " +
-        dbus::errorText(reply));
+    return Status::failure("Could not read the keyboard backlight from gnome-settings-daemon: " +
+                           dbus::errorText(reply));
 }
 
 void GnomePowerKeyboardBacklight::readAhead() {

@@ -14,7 +14,7 @@ public:
 
     explicit GnomePowerKeyboardBacklight(SystemLog& log) : log_(log) {}
 
-    KeyboardReading brightness() override;
+    Result<float> brightness() override;
     void setBrightness(float value) override;
     void readAhead() override;
 

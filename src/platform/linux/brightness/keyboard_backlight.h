@@ -9,7 +9,7 @@ namespace marzipel {
 class KeyboardBacklight {
 public:
     virtual ~KeyboardBacklight() = default;
-    virtual KeyboardReading brightness() = 0;
+    virtual Result<float> brightness() = 0;
     virtual void setBrightness(float value) = 0;
     /// Asks for the level now, for a `brightness` call that follows in this event-loop turn.
     virtual void readAhead() {}

@@ -34,14 +34,13 @@ std::optional<std::filesystem::path> LedKeyboardBacklight::find(
     return *found.begin();
 }
 
-KeyboardReading LedKeyboardBacklight::brightness() {
+Result<float> LedKeyboardBacklight::brightness() {
     std::optional<int> level = readNumber(led_ / "brightness");
     std::optional<int> maxLevel = readNumber(led_ / "max_brightness");
     if (!level || !maxLevel) {
-        return KeyboardReading::failed("Could not read the keyboard backlight from " +
-                                       led_.string());
+        return Status::failure("Could not read the keyboard backlight from " + led_.string());
     }
-    return KeyboardReading::of(fractionOfLevel(*level, *maxLevel));
+    return fractionOfLevel(*level, *maxLevel);
 }
 
 void LedKeyboardBacklight::setBrightness(float value) {

@@ -18,7 +18,7 @@ public:
     LedKeyboardBacklight(std::filesystem::path led, SystemLog& log)
         : led_(std::move(led)), log_(log) {}
 
-    KeyboardReading brightness() override;
+    Result<float> brightness() override;
     void setBrightness(float value) override;
 
 private:

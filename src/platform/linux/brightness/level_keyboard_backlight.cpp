@@ -52,17 +52,17 @@ std::optional<int> LevelKeyboardBacklight::maxLevel(QDBusMessage& reply) {
     return maxLevel_;
 }
 
-KeyboardReading LevelKeyboardBacklight::brightness() {
+Result<float> LevelKeyboardBacklight::brightness() {
     QDBusMessage reply;
     const std::optional<int> max = maxLevel(reply);
     const std::optional<int> level = max ? askLevel(methods_, methods_.level, reply) : std::nullopt;
     if (!level) {
         // The service may have restarted with other hardware behind it.
         maxLevel_.reset();
-        return KeyboardReading::failed(std::string("Could not read the keyboard backlight from ") +
-                                       methods_.serviceName + ": " + dbus::errorText(reply));
+        return Status::failure(std::string("Could not read the keyboard backlight from ") +
+                               methods_.serviceName + ": " + dbus::errorText(reply));
     }
-    return KeyboardReading::of(fractionOfLevel(*level, *max));
+    return fractionOfLevel(*level, *max);
 }
 
 void LevelKeyboardBacklight::readAhead() {

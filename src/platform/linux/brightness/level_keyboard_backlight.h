@@ -38,7 +38,7 @@ public:
     LevelKeyboardBacklight(const KeyboardLevelMethods& methods, int maxLevel, SystemLog& log)
         : methods_(methods), log_(log), maxLevel_(maxLevel) {}
 
-    KeyboardReading brightness() override;
+    Result<float> brightness() override;
     void setBrightness(float value) override;
     void readAhead() override;
 

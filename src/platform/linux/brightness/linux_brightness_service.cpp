@@ -17,7 +17,7 @@ namespace {
 
 class NoKeyboardBacklight final : public KeyboardBacklight {
 public:
-    KeyboardReading brightness() override { return KeyboardReading::of(0.0f); }
+    Result<float> brightness() override { return 0.0f; }
     void setBrightness(float) override {}
 };
 
@@ -51,7 +51,7 @@ public:
     }
 
     // Only the built-in keyboard exists for us, whatever its number.
-    KeyboardReading brightnessForKeyboard(int) override { return keyboard_->brightness(); }
+    Result<float> brightnessForKeyboard(int) override { return keyboard_->brightness(); }
     void setBrightness(float value, int) override { keyboard_->setBrightness(value); }
 
     /// With a session bus there is a client even before the desktop's service is up: until

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace marzipel {
@@ -50,18 +51,22 @@ constexpr std::size_t kTemporarySuffixLength = 6;
 
 }  // namespace
 
-std::string replaceFileAtomically(const std::string& path, std::string_view contents) {
+Status replaceFileAtomically(const std::string& path, std::string_view contents) {
     const fs::path destination = destinationOf(path);
     const fs::path folder = destination.has_parent_path() ? destination.parent_path() : ".";
     std::error_code error;
     fs::create_directories(folder, error);
-    if (error) return "cannot create folder " + folder.string() + ": " + error.message();
+    if (error) {
+        return Status::failure("cannot create folder " + folder.string() + ": " + error.message());
+    }
 
     std::string temporary = (folder / (temporaryPrefix(destination) + "XXXXXX")).string();
     std::vector<char> name(temporary.begin(), temporary.end());
     name.push_back('\0');
     int descriptor = mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor < 0) return describe("cannot create a temporary file in", folder, errno);
+    if (descriptor < 0) {
+        return Status::failure(describe("cannot create a temporary file in", folder, errno));
+    }
     temporary = name.data();
     // Tells removeLeftoverTemporaries in another process that this file is in use. The lock
     // goes with the descriptor, also when the process is killed.
@@ -80,7 +85,7 @@ std::string replaceFileAtomically(const std::string& path, std::string_view cont
         // Renamed already: the contents are in place, but the close may have lost them.
         failure = describe("cannot close", destination, errno);
     }
-    if (!failure.empty()) return failure;
+    if (!failure.empty()) return Status::failure(std::move(failure));
     // The new name must reach the disk too. Some file systems cannot flush a folder; the
     // contents are in place by now either way, so that is not reported.
     int folderDescriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -88,7 +93,7 @@ std::string replaceFileAtomically(const std::string& path, std::string_view cont
         fsync(folderDescriptor);
         close(folderDescriptor);
     }
-    return {};
+    return Status();
 }
 
 int removeLeftoverTemporaries(const std::string& path) {
@@ -110,8 +115,8 @@ int removeLeftoverTemporaries(const std::string& path) {
     return removed;
 }
 
-std::string moveAsideWithoutReplacing(const std::string& path, const std::string& destination,
-                                      std::string& error) {
+Result<std::string> moveAsideWithoutReplacing(const std::string& path,
+                                              const std::string& destination) {
     constexpr int attempts = 1000;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         std::string candidate =
@@ -121,19 +126,15 @@ std::string moveAsideWithoutReplacing(const std::string& path, const std::string
             return candidate;
         }
         if (errno == EEXIST) continue;
-        if (errno != EINVAL && errno != ENOSYS) {
-            error = std::strerror(errno);
-            return {};
-        }
+        if (errno != EINVAL && errno != ENOSYS) return Status::failure(std::strerror(errno));
         // A file system without RENAME_NOREPLACE: check first, then move.
         std::error_code ignored;
         if (std::filesystem::exists(candidate, ignored)) continue;
         if (std::rename(path.c_str(), candidate.c_str()) == 0) return candidate;
-        error = std::strerror(errno);
-        return {};
+        return Status::failure(std::strerror(errno));
     }
-    error = "every name up to " + destination + "-" + std::to_string(attempts - 1) + " is taken";
-    return {};
+    return Status::failure("every name up to " + destination + "-" + std::to_string(attempts - 1) +
+                           " is taken");
 }
 
 }  // namespace marzipel

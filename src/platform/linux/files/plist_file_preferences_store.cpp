@@ -57,18 +57,17 @@ PlistFilePreferencesStore::Loaded PlistFilePreferencesStore::load(const std::str
     }
     // Saving over the file would destroy the evidence of what went wrong.
     const std::string destination = path + ".corrupt-" + utcStamp();
-    std::string reason;
-    const std::string aside = moveAsideWithoutReplacing(path, destination, reason);
-    if (!aside.empty()) {
+    const Result<std::string> aside = moveAsideWithoutReplacing(path, destination);
+    if (aside.ok()) {
         log.error(kAppLogSubsystem, kAppLogCategory,
                   "Preferences file " + path + " is not a property-list dictionary; moved it to " +
-                      aside + " and started with empty preferences");
+                      aside.value() + " and started with empty preferences");
     } else {
         loaded.mayWrite = false;
         log.error(kAppLogSubsystem, kAppLogCategory,
                   "Preferences file " + path +
                       " is not a property-list dictionary and could not be moved to " +
-                      destination + ": " + reason +
+                      destination + ": " + aside.status().message() +
                       "; started with empty preferences that will not be saved");
     }
     return loaded;
@@ -111,10 +110,10 @@ void PlistFilePreferencesStore::write(const PlistDictionary& values) {
                        ": they are too large or too deeply nested to be read back");
         return;
     }
-    const std::string failure = replaceFileAtomically(path_, xml);
-    if (!failure.empty()) {
+    const Status saved = replaceFileAtomically(path_, xml);
+    if (!saved.ok()) {
         log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "Could not save preferences to " + path_ + ": " + failure);
+                   "Could not save preferences to " + path_ + ": " + saved.message());
     }
 }
 

@@ -92,12 +92,12 @@ void ProcRunMarker::flush() {
 
 void ProcRunMarker::write() {
     const long self = getpid();
-    const std::string failure =
+    const Status placed =
         replaceFileAtomically(file_, bootId() + " " + std::to_string(self) + " " +
                                          statOf(procRoot_, self).startTime + "\n");
-    if (failure.empty()) return;
+    if (placed.ok()) return;
     log_.error(kAppLogSubsystem, kAppLogCategory,
-               "Could not place the run marker: " + failure +
+               "Could not place the run marker: " + placed.message() +
                    "; if this run ends unexpectedly, the next one cannot put things back");
 }
 

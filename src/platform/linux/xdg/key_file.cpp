@@ -43,38 +43,40 @@ KeyFile::KeyFile() : file_(g_key_file_new()) {}
 
 KeyFile::~KeyFile() { g_key_file_free(file_); }
 
-std::string KeyFile::loadFile(const std::string& path, std::size_t maxBytes) {
-    if (path.find('\0') != std::string::npos) return "a path cannot hold a NUL character";
+Status KeyFile::loadFile(const std::string& path, std::size_t maxBytes) {
+    if (path.find('\0') != std::string::npos) {
+        return Status::failure("a path cannot hold a NUL character");
+    }
     // Non-blocking, so that a FIFO under a desktop-entry name cannot stall the caller.
     Descriptor file{open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
-    if (file.value < 0) return path + ": " + std::strerror(errno);
+    if (file.value < 0) return Status::failure(path + ": " + std::strerror(errno));
     struct stat status {};
-    if (fstat(file.value, &status) != 0) return path + ": " + std::strerror(errno);
-    if (!S_ISREG(status.st_mode)) return path + ": not a regular file";
+    if (fstat(file.value, &status) != 0) return Status::failure(path + ": " + std::strerror(errno));
+    if (!S_ISREG(status.st_mode)) return Status::failure(path + ": not a regular file");
     if (static_cast<std::uint64_t>(status.st_size) > maxBytes) {
-        return path + ": larger than " + std::to_string(maxBytes) + " bytes";
+        return Status::failure(path + ": larger than " + std::to_string(maxBytes) + " bytes");
     }
     std::string data(static_cast<std::size_t>(status.st_size), '\0');
     std::size_t done = 0;
     while (done < data.size()) {
         ssize_t count = read(file.value, data.data() + done, data.size() - done);
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return path + ": " + std::strerror(errno);
+        if (count < 0) return Status::failure(path + ": " + std::strerror(errno));
         if (count == 0) break;
         done += static_cast<std::size_t>(count);
     }
     data.resize(done);
-    std::string failure = loadData(data);
-    return failure.empty() ? failure : path + ": " + failure;
+    Status parsed = loadData(data);
+    return parsed.ok() ? parsed : Status::failure(path + ": " + parsed.message());
 }
 
-std::string KeyFile::loadData(std::string_view data) {
+Status KeyFile::loadData(std::string_view data) {
     GError* error = nullptr;
     if (g_key_file_load_from_data(file_, data.data(), data.size(), G_KEY_FILE_NONE, &error)) {
-        return {};
+        return Status();
     }
     ErrorHolder holder(error);
-    return holder ? holder->message : "cannot be parsed";
+    return Status::failure(holder ? holder->message : "cannot be parsed");
 }
 
 bool KeyFile::hasGroup(const char* group) const { return g_key_file_has_group(file_, group); }

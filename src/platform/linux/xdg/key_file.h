@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/status.h"
+
 typedef struct _GKeyFile GKeyFile;
 
 namespace marzipel {
@@ -19,8 +21,8 @@ public:
     KeyFile& operator=(const KeyFile&) = delete;
 
     /// Parses the regular file at `path`, at most `maxBytes` long, keeping only the translations
-    /// of the user's languages. Returns "" on success, else why it could not be read.
-    std::string loadFile(const std::string& path, std::size_t maxBytes);
+    /// of the user's languages. A failure says why it could not be read.
+    Status loadFile(const std::string& path, std::size_t maxBytes);
 
     bool hasGroup(const char* group) const;
     std::optional<std::string> string(const char* group, const char* key) const;
@@ -36,8 +38,8 @@ public:
     std::string toData() const;
 
 private:
-    /// Parses `data`; returns "" on success, else the parser's message.
-    std::string loadData(std::string_view data);
+    /// Parses `data`; a failure carries the parser's message.
+    Status loadData(std::string_view data);
 
     GKeyFile* file_;
 };

@@ -100,7 +100,7 @@ std::optional<DesktopEntry> LinuxDesktopEntries::readEntry(
     const std::string& path, const IconThemeLookup& icons, std::optional<std::string> id,
     std::set<std::string>* iconFolders) const {
     KeyFile file;
-    if (!file.loadFile(path, maxEntryBytes).empty() || !file.hasGroup(kGroup)) return std::nullopt;
+    if (!file.loadFile(path, maxEntryBytes).ok() || !file.hasGroup(kGroup)) return std::nullopt;
 
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error).lexically_normal();

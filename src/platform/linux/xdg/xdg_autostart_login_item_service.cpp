@@ -41,7 +41,7 @@ XdgAutostartLoginItemService::XdgAutostartLoginItemService(std::string executabl
 LoginItemStatus XdgAutostartLoginItemService::status() const {
     if (!entryPath_) return LoginItemStatus::notRegistered;
     KeyFile file;
-    if (!file.loadFile(*entryPath_, kMaxEntryBytes).empty() || !file.hasGroup(kGroup)) {
+    if (!file.loadFile(*entryPath_, kMaxEntryBytes).ok() || !file.hasGroup(kGroup)) {
         return LoginItemStatus::notRegistered;
     }
     if (file.boolean(kGroup, "Hidden").value_or(false) ||
@@ -63,8 +63,8 @@ LoginItemResult XdgAutostartLoginItemService::registerItem() {
     file.setString(kGroup, "Icon", "com.orsavelt.Marzipel");
     file.setBoolean(kGroup, "Terminal", false);
     file.setBoolean(kGroup, "X-GNOME-Autostart-enabled", true);
-    std::string failure = replaceFileAtomically(*entryPath_, file.toData());
-    if (!failure.empty()) return LoginItemResult::failure(std::move(failure));
+    const Status written = replaceFileAtomically(*entryPath_, file.toData());
+    if (!written.ok()) return LoginItemResult::failure(written.message());
     return LoginItemResult::success();
 }
 
