@@ -53,7 +53,6 @@ std::optional<PlistValue> fromDictionary(plist_t node, std::size_t depth) {
     }
 }
 
-
 PlistDate dateOf(plist_t node) {
 #if MARZIPEL_LIBPLIST_VERSION >= 207
     // Whole seconds only, as the XML form has them.
