@@ -27,7 +27,9 @@ using programtest::scratch;
 // screen, each decided once (focus moving between regular windows is no change), an end the
 // program did not ask for (its supervisor starts it again and the new run puts both back) and
 // SIGTERM, which puts both back before the program ends. The user's Night Light keys stay as
-// they were.
+// they were. Then a power cut while active: the runtime folder is gone with the boot, and the
+// level the system kept at shutdown may be 0, so the first run of the next boot puts both back.
+// Its keyboard reads fail: without a level to put back, the keyboard is left alone.
 TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds) {
     programtest::writeDesktopEntries();
     // Night Light on from an hour ago to an hour from now: on, whatever the time.
@@ -100,6 +102,33 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
     EXPECT_FALSE(colorProperty("DisabledUntilTomorrow"));
     EXPECT_TRUE(marzipel.logHas("App quitting, deactivating"));
     EXPECT_EQ(programtest::gsettingsKeyfile(), keysBefore) << "the user's Night Light keys changed";
+
+    marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
+                    "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
+    ASSERT_TRUE(waitUntil([&] { return levelsSet().size() == 7 && marzipel.activeRunSaved(); }));
+    kill(-marzipel.process().pid(), SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return !marzipel.process().running(); }));
+    x.client().setFullScreen(player, false);
+    const auto marker = marzipel.home() / "state/marzipel/active";
+    const std::string mark = readFile(marker);
+    writeFile(marker, "0f8c2a4e-earlier-boot" + mark.substr(mark.find(' ')));
+    keyboard->control("/org/freedesktop/UPower/KbdBacklight", "AddMethod",
+                      {"org.freedesktop.UPower.KbdBacklight", "GetBrightness", "", "i",
+                       "raise dbus.exceptions.DBusException('the EC did not answer', "
+                       "name='org.freedesktop.UPower.GeneralError')"});
+    const std::string nextBoot = scratch("home/runtime-next-boot");
+    std::filesystem::create_directories(nextBoot);
+    std::filesystem::permissions(nextBoot, std::filesystem::perms::owner_all);
+    marzipel.start(
+        {"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb", "XDG_RUNTIME_DIR=" + nextBoot});
+    ASSERT_TRUE(waitUntil([&] { return marzipel.logHas("Restoring after an unexpected end"); }));
+    EXPECT_TRUE(waitUntil([&] { return levelsSet().size() == 8 && levelsSet().back() == 2; }));
+    EXPECT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
+    x.client().setFullScreen(player, true);
+    ASSERT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
+    x.client().setFullScreen(player, false);
+    ASSERT_TRUE(waitUntil([] { return !colorProperty("DisabledUntilTomorrow"); }));
+    EXPECT_EQ(levelsSet().size(), 8u);
 }
 
 /// gsd-power's keyboard level in percent; nothing while it does not answer for one.

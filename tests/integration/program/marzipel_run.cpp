@@ -47,8 +47,12 @@ std::vector<std::string> MarzipelRun::environment(
 void MarzipelRun::start(const std::vector<std::string>& environment) {
     const auto documents = home_.path() / "Documents";
     std::filesystem::create_directories(documents);
-    writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
-              R"(<?xml version="1.0" encoding="UTF-8"?>
+    debugLog_ = (documents / "Marzipel_debug.log").string();
+    if (std::filesystem::exists(debugLog_)) {
+        std::filesystem::remove(debugLog_);
+    } else {
+        writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
+                  R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
 <plist version="1.0"><dict>
 <key>welcomeScreenShown</key><true/>
@@ -57,7 +61,7 @@ void MarzipelRun::start(const std::vector<std::string>& environment) {
 <key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
 </dict></plist>
 )");
-    debugLog_ = (documents / "Marzipel_debug.log").string();
+    }
     process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
     // The debug log is opened once the event loop runs, when the window source is in place.
     ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(debugLog_); }, 15s))

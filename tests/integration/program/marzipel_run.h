@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,10 +31,13 @@ public:
     MarzipelRun& operator=(const MarzipelRun&) = delete;
 
     /// Starts it with `environment` added and waits until it has launched; fails the test when
-    /// it does not.
+    /// it does not. A later start keeps the settings and what earlier runs saved, and begins a
+    /// new debug log.
     void start(const std::vector<std::string>& environment);
 
     Child& process() { return process_; }
+    /// The home folder of every run.
+    const std::filesystem::path& home() const { return home_.path(); }
     /// The process that runs the program under the one started, which starts it again when it
     /// ends unexpectedly; waits for it; -1 when there is none.
     pid_t appPid() const;
