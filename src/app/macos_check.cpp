@@ -52,7 +52,7 @@ int main() {
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
     ReportedWelcomeWindow welcome;
-    MacRunMarker runMarker;
+    MacRunMarker runMarker(systemLog);
 
     MarzipelApp app(MarzipelPlatform{brightness, workspace, powerAssertions, spaceMonitor,
                                      application, updater, systemLog, clock, console,

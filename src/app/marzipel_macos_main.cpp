@@ -82,7 +82,7 @@ int main(int argc, char* argv[]) {
     BundleCatalog catalog(bundleFiles);
     QtFilePicker filePicker;
     QtImageLoader imageLoader;
-    MacRunMarker runMarker;
+    MacRunMarker runMarker(systemLog);
 
     SettingsManager settings(std::make_shared<MacPreferencesStore>(), console);
     LaunchAtLogin launchAtLogin(loginItems, systemLog);
