@@ -38,6 +38,8 @@ public:
         assert(ok());
         return *value_;
     }
+    /// The value, or `fallback` on failure.
+    T valueOr(T fallback) const { return ok() ? *value_ : std::move(fallback); }
     const Status& status() const { return status_; }
 
 private:

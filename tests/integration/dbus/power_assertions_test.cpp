@@ -80,7 +80,7 @@ TEST(LinuxPowerAssertions, PlayingMpvHoldsTheDisplayAndPausedDoesNot) {
     }));
     const dbus::Address player{name, "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player"};
     const auto status = [&] {
-        return dbus::property(bus, player, "PlaybackStatus").value_or(QVariant()).toString();
+        return dbus::property(bus, player, "PlaybackStatus").valueOr(QVariant()).toString();
     };
     ASSERT_TRUE(waitUntil([&] { return status() == "Playing"; })) << status().toStdString();
     LinuxPowerAssertions assertions;

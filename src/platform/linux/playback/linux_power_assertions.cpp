@@ -57,9 +57,9 @@ void addAssertion(Table& table, std::int32_t processId, const std::string& name)
 
 /// logind's inhibitors: a(ssssuu) of what (colon-separated), who, why, mode, uid, pid.
 bool addLogindInhibitors(Table& table, const QDBusMessage& reply) {
-    std::optional<QVariant> result = dbus::firstResult(reply);
-    if (!result || !result->canConvert<QDBusArgument>()) return false;
-    const QDBusArgument list = result->value<QDBusArgument>();
+    const Result<QVariant> result = dbus::firstResult(reply);
+    if (!result.ok() || !result.value().canConvert<QDBusArgument>()) return false;
+    const QDBusArgument list = result.value().value<QDBusArgument>();
     if (list.currentSignature() != QLatin1String("a(ssssuu)")) return false;
     list.beginArray();
     while (!list.atEnd()) {
@@ -88,10 +88,10 @@ std::optional<std::int32_t> processOfAppId(const QDBusConnection& bus, QString a
 bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const QString service = kGnomeSession.service;
-    std::optional<QVariant> result = dbus::firstResult(reply);
-    if (!result || !result->canConvert<QDBusArgument>()) return false;
+    const Result<QVariant> result = dbus::firstResult(reply);
+    if (!result.ok() || !result.value().canConvert<QDBusArgument>()) return false;
     const QList<QDBusObjectPath> paths =
-        qdbus_cast<QList<QDBusObjectPath>>(result->value<QDBusArgument>());
+        qdbus_cast<QList<QDBusObjectPath>>(result.value().value<QDBusArgument>());
     // Every inhibitor is asked both questions before any answer is awaited, as the players are.
     std::vector<std::pair<QDBusPendingCall, QDBusPendingCall>> asked;
     for (const QDBusObjectPath& path : paths) {
@@ -100,12 +100,13 @@ bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
                            dbus::send(bus, inhibitor, QStringLiteral("GetAppId")));
     }
     for (auto& [flagsCall, appIdCall] : asked) {
-        std::optional<QVariant> flags = dbus::firstResult(dbus::waitFor(flagsCall));
-        if (!flags || (flags->toUInt() & kGnomeInhibitIdle) == 0) continue;
-        std::optional<QVariant> appId = dbus::firstResult(dbus::waitFor(appIdCall));
-        if (!appId) continue;
-        if (std::optional<std::int32_t> pid = processOfAppId(bus, appId->toString())) {
-            addAssertion(table, *pid, appId->toString().toStdString());
+        const Result<QVariant> flags = dbus::firstResult(dbus::waitFor(flagsCall));
+        if (!flags.ok() || (flags.value().toUInt() & kGnomeInhibitIdle) == 0) continue;
+        const Result<QVariant> appId = dbus::firstResult(dbus::waitFor(appIdCall));
+        if (!appId.ok()) continue;
+        const QString name = appId.value().toString();
+        if (std::optional<std::int32_t> pid = processOfAppId(bus, name)) {
+            addAssertion(table, *pid, name.toStdString());
         }
     }
     return true;
@@ -114,12 +115,12 @@ bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
 /// MPRIS players that say they are playing. Counts as an answer only when some player answered.
 bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    const std::optional<QVariant> names = dbus::firstResult(namesReply);
-    if (!names) return false;
+    const Result<QVariant> names = dbus::firstResult(namesReply);
+    if (!names.ok()) return false;
     // Every player is asked before any answer is awaited: a desktop with a browser or two has
     // several, and a slow one should not hold up the rest.
     std::vector<std::pair<QString, QDBusPendingCall>> statuses;
-    for (const QString& name : names->toStringList()) {
+    for (const QString& name : names.value().toStringList()) {
         if (!name.startsWith(kMprisPrefix)) continue;
         statuses.emplace_back(
             name, dbus::sendPropertyGet(
@@ -128,10 +129,10 @@ bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
     }
     bool answered = false;
     for (auto& [name, pending] : statuses) {
-        std::optional<QVariant> status = dbus::propertyValue(dbus::waitFor(pending));
-        if (!status) continue;
+        const Result<QVariant> status = dbus::propertyValue(dbus::waitFor(pending));
+        if (!status.ok()) continue;
         answered = true;
-        if (status->toString() != QLatin1String("Playing")) continue;
+        if (status.value().toString() != QLatin1String("Playing")) continue;
         if (std::optional<std::int32_t> pid = dbus::processId(bus, name)) {
             addAssertion(table, *pid, name.toStdString());
         }
