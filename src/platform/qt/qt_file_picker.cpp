@@ -32,18 +32,17 @@ QString whyNoDialog() {
 
 }  // namespace
 
-FilePickResult QtFilePicker::pickApplications() {
-    FilePickResult result;
+Result<std::vector<std::string>> QtFilePicker::pickApplications() {
     if (const QString reason = whyNoDialog(); !reason.isEmpty()) {
-        result.error = "The file dialog could not be shown: " + reason.toStdString() + ".";
-        return result;
+        return Status::failure("The file dialog could not be shown: " + reason.toStdString() + ".");
     }
     const QString filter = onMacOS() ? QStringLiteral("Applications (*.app)")
                                      : QStringLiteral("Applications (*.desktop)");
     const QStringList chosen = QFileDialog::getOpenFileNames(
         QApplication::activeWindow(), QStringLiteral("Choose Applications"), startFolder(), filter);
-    for (const QString& path : chosen) result.paths.push_back(path.toStdString());
-    return result;
+    std::vector<std::string> paths;
+    for (const QString& path : chosen) paths.push_back(path.toStdString());
+    return paths;
 }
 
 }  // namespace marzipel
