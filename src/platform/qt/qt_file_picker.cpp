@@ -17,24 +17,25 @@ QString startFolder() {
     return QDir(system).exists() ? system : QDir::homePath();
 }
 
-/// Why no dialog can be shown now, or empty when one can.
-QString whyNoDialog() {
+/// Fails, saying why, when no dialog can be shown now.
+Status dialogCanShow() {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        return QStringLiteral("the program has no window system to show it on");
+        return Status::failure("the program has no window system to show it on");
     }
     const QString platform = QGuiApplication::platformName();
     // These platforms draw nowhere: a dialog there would wait for a choice nobody can make.
     if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal")) {
-        return QStringLiteral("the \"%1\" window system cannot show dialogs").arg(platform);
+        return Status::failure("the \"" + platform.toStdString() +
+                               "\" window system cannot show dialogs");
     }
-    return {};
+    return Status();
 }
 
 }  // namespace
 
 Result<std::vector<std::string>> QtFilePicker::pickApplications() {
-    if (const QString reason = whyNoDialog(); !reason.isEmpty()) {
-        return Status::failure("The file dialog could not be shown: " + reason.toStdString() + ".");
+    if (const Status shown = dialogCanShow(); !shown.ok()) {
+        return Status::failure("The file dialog could not be shown: " + shown.message() + ".");
     }
     const QString filter = onMacOS() ? QStringLiteral("Applications (*.app)")
                                      : QStringLiteral("Applications (*.desktop)");
