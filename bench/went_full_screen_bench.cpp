@@ -39,7 +39,7 @@ struct BenchWorld {
         sim.workspace.applications.push_back(
             RunningApplication{501, "org.videolan.vlc", "VLC", std::nullopt});
         sim.workspace.frontmostProcessId = 501;
-        sim.powerAssertions.reply.table->emplace(
+        sim.powerAssertions.table.emplace(
             501, PlistArray{PlistDictionary{{"AssertionTrueType", "PreventUserIdleDisplaySleep"}}});
         sim.brightness.status = {true, BlueLightMode::sunsetToSunrise, {}, {}};
         app = std::make_unique<MarzipelApp>(sim.platform(*settings, welcome));

@@ -34,10 +34,16 @@ public:
 
     bool ok() const { return status_.ok(); }
     /// Only when ok().
-    const T& value() const {
+    const T& value() const& {
         assert(ok());
         return *value_;
     }
+    T&& value() && {
+        assert(ok());
+        return std::move(*value_);
+    }
+    /// The value, or `fallback` on failure.
+    T valueOr(T fallback) const { return ok() ? *value_ : std::move(fallback); }
     const Status& status() const { return status_; }
 
 private:

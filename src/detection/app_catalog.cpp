@@ -19,7 +19,7 @@ bool BundleCatalog::isApplicationPath(std::string_view path) const {
     return path.ends_with(".app");
 }
 
-FolderListing BundleCatalog::listFolder(const std::string& folder) const {
+Result<std::vector<std::string>> BundleCatalog::listFolder(const std::string& folder) const {
     return files_.listFolder(folder);
 }
 

@@ -23,7 +23,7 @@ public:
     /// Whether an entry found in such a folder names an application description.
     virtual bool isApplicationPath(std::string_view path) const = 0;
     /// The direct entries of `folder`, or why it could not be read.
-    virtual FolderListing listFolder(const std::string& folder) const = 0;
+    virtual Result<std::vector<std::string>> listFolder(const std::string& folder) const = 0;
     /// Whether `id` is one of the video players offered on first run and treated differently in
     /// the apps list (exact, case-sensitive).
     virtual bool isKnownVideoApp(std::string_view id) const = 0;
@@ -40,7 +40,7 @@ public:
     std::vector<std::string> applicationFolders() const override;
     /// Ends in ".app", case-sensitively.
     bool isApplicationPath(std::string_view path) const override;
-    FolderListing listFolder(const std::string& folder) const override;
+    Result<std::vector<std::string>> listFolder(const std::string& folder) const override;
     bool isKnownVideoApp(std::string_view id) const override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "detection/bundle_reader.h"
 #include "detection/known_linux_video_apps.h"
@@ -24,17 +25,19 @@ bool DesktopEntryCatalog::isApplicationPath(std::string_view path) const {
     return path.ends_with(".desktop");
 }
 
-FolderListing DesktopEntryCatalog::listFolder(const std::string& folder) const {
-    FolderListing listing = bundles_.listFolder(folder);
+Result<std::vector<std::string>> DesktopEntryCatalog::listFolder(const std::string& folder) const {
+    Result<std::vector<std::string>> listing = bundles_.listFolder(folder);
+    if (!listing.ok()) return listing;
+    std::vector<std::string> paths = std::move(listing).value();
     // An id names the entry in the first folder that holds it, so a copy in the user's folder
     // (a menu editor's, or one that hides the app) stands for the system's.
-    std::erase_if(listing.paths, [this](const std::string& path) {
+    std::erase_if(paths, [this](const std::string& path) {
         if (!isApplicationPath(path)) return false;
         const std::optional<DesktopEntry> shown =
             entries_.findById(std::filesystem::path(path).stem().string());
         return shown && shown->path != path;
     });
-    return listing;
+    return paths;
 }
 
 bool DesktopEntryCatalog::isKnownVideoApp(std::string_view id) const {

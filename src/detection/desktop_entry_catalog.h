@@ -28,7 +28,7 @@ public:
     /// Ends in ".desktop", case-sensitively.
     bool isApplicationPath(std::string_view path) const override;
     /// Leaves out entries that an entry of the same id in an earlier folder overrides.
-    FolderListing listFolder(const std::string& folder) const override;
+    Result<std::vector<std::string>> listFolder(const std::string& folder) const override;
     /// One of `kKnownLinuxVideoAppIds`.
     bool isKnownVideoApp(std::string_view id) const override;
 

@@ -10,13 +10,13 @@ std::vector<AppItem> findInstalledVideoApps(const AppCatalog& catalog, SystemLog
                                             const std::vector<std::string>& folders) {
     std::vector<AppItem> found;
     for (const std::string& folder : folders) {
-        FolderListing listing = catalog.listFolder(folder);
-        if (listing.error) {
+        const Result<std::vector<std::string>> listing = catalog.listFolder(folder);
+        if (!listing.ok()) {
             systemLog.error(kAppLogSubsystem, kAppLogCategory,
-                            "Error reading the Applications folder: " + *listing.error);
+                            "Error reading the Applications folder: " + listing.status().message());
             continue;
         }
-        for (const std::string& path : listing.paths) {
+        for (const std::string& path : listing.value()) {
             if (!catalog.isApplicationPath(path)) continue;
             std::optional<AppItem> item = catalog.appItem(path);
             if (item && catalog.isKnownVideoApp(item->id)) found.push_back(std::move(*item));

@@ -9,7 +9,7 @@ namespace {
 
 /// Whether every process maps to a list of string-keyed records. One stray entry makes the whole
 /// table unreadable, as a cast of the whole dictionary would.
-bool isAssertionTable(const std::map<std::int32_t, PlistValue>& table) {
+bool isAssertionTable(const AssertionsByProcess& table) {
     for (const auto& [processId, assertions] : table) {
         const PlistArray* records = assertions.as<PlistArray>();
         if (!records) return false;
@@ -34,16 +34,16 @@ VideoPlaybackProbe::VideoPlaybackProbe(PowerAssertions& assertions, const Worksp
     : assertions_(assertions), workspace_(workspace), systemLog_(systemLog), settings_(settings) {}
 
 std::vector<RunningApplication> VideoPlaybackProbe::applicationsPlayingVideo() {
-    PowerAssertionsReply reply = assertions_.assertionsByProcess();
-    if (reply.result != 0) {
+    const Result<AssertionsByProcess> table = assertions_.assertionsByProcess();
+    if (!table.ok()) {
         systemLog_.error(kAppLogSubsystem, kAppLogCategory,
                          "Error retrieving power management assertions");
         return {};
     }
-    if (!reply.table || !isAssertionTable(*reply.table)) return {};
+    if (!isAssertionTable(table.value())) return {};
 
     std::vector<RunningApplication> playing;
-    for (const auto& [processId, assertions] : *reply.table) {
+    for (const auto& [processId, assertions] : table.value()) {
         for (const PlistValue& record : *assertions.as<PlistArray>()) {
             if (!preventsDisplaySleep(*record.as<PlistDictionary>())) continue;
             if (std::optional<RunningApplication> app = workspace_.runningApplication(processId)) {

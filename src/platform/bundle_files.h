@@ -6,16 +6,9 @@
 #include <vector>
 
 #include "base/plist_value.h"
+#include "base/status.h"
 
 namespace marzipel {
-
-/// The entries directly inside one folder, or why the folder could not be read.
-struct FolderListing {
-    /// Absolute paths, in the order the file system gave them; hidden entries included.
-    std::vector<std::string> paths;
-    /// Set when the folder could not be listed; `paths` is then empty.
-    std::optional<std::string> error;
-};
 
 /// The file-system facts needed to read application bundles and find them in folders.
 /// Any thread; nothing is cached between calls.
@@ -31,9 +24,10 @@ public:
     /// The property list (XML or binary) in the file at `path`; nothing when the file is missing,
     /// unreadable, larger than `maxPropertyListBytes` or not a property list.
     virtual std::optional<PlistValue> readPropertyList(const std::string& path) const = 0;
-    /// The direct entries of `folder`, without descending into subfolders; an error text when
-    /// the folder cannot be read.
-    virtual FolderListing listFolder(const std::string& folder) const = 0;
+    /// The absolute paths of the direct entries of `folder`, hidden ones included, in the order
+    /// the file system gave them, without descending into subfolders. A failure says why the
+    /// folder could not be read.
+    virtual Result<std::vector<std::string>> listFolder(const std::string& folder) const = 0;
 };
 
 }  // namespace marzipel

@@ -19,12 +19,12 @@ void LaunchAtLogin::setEnabled(bool enabled) {
     if (enabled) {
         // Unregistering first makes switching on while on refresh the registration; if that
         // fails, registering is still worth a try, so the failure is not reported.
-        if (service_.status() == LoginItemStatus::enabled) service_.unregisterItem();
-        LoginItemResult result = service_.registerItem();
-        if (!result.succeeded) logFailure("enable", result.errorText);
+        if (service_.status() == LoginItemStatus::enabled) (void)service_.unregisterItem();
+        const Status registered = service_.registerItem();
+        if (!registered.ok()) logFailure("enable", registered.message());
     } else {
-        LoginItemResult result = service_.unregisterItem();
-        if (!result.succeeded) logFailure("disable", result.errorText);
+        const Status unregistered = service_.unregisterItem();
+        if (!unregistered.ok()) logFailure("disable", unregistered.message());
     }
 }
 

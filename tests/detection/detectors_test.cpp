@@ -58,8 +58,8 @@ TEST(VideoPlaybackProbeTest, RepliesOfAnyOtherShapeAreSilentlyNotPlaying) {
     SimSystemLog systemLog;
     SettingsManager settings{std::make_shared<SimPreferencesStore>(), console};
     VideoPlaybackProbe probe{assertions, workspace, systemLog, settings};
-    const auto playing = [&](std::optional<std::map<std::int32_t, PlistValue>> table) {
-        assertions.reply = {0, std::move(table)};
+    const auto playing = [&](AssertionsByProcess table) {
+        assertions.table = std::move(table);
         std::vector<std::int32_t> pids;
         for (const RunningApplication& app : probe.applicationsPlayingVideo())
             pids.push_back(app.processId);
@@ -69,7 +69,6 @@ TEST(VideoPlaybackProbeTest, RepliesOfAnyOtherShapeAreSilentlyNotPlaying) {
 
     EXPECT_EQ(playing({{{10, PlistArray{assertion(1)}}, {20, PlistArray{display}}}}),
               (std::vector<std::int32_t>{20}));
-    EXPECT_TRUE(playing(std::nullopt).empty());
     // One stray entry spoils the whole table, even the well-formed processes.
     EXPECT_TRUE(playing({{{10, PlistArray{display}}, {20, display}}}).empty());
     EXPECT_TRUE(

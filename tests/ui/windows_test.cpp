@@ -243,7 +243,7 @@ private Q_SLOTS:
 
     void importFailureAlertsThenReadableBundlesAreAddedAndTheRestSkipped() {
         UiWorld world;
-        world.filePicker.result.error = "The folder couldn't be read.";
+        world.filePicker.result = Status::failure("The folder couldn't be read.");
         AppsTab tab(world.services());
         tab.show();
         auto* browse = tab.findChild<QPushButton*>("browseButton");
@@ -261,9 +261,9 @@ private Q_SLOTS:
         world.addBundle("/Applications/Shut.app", "com.example.shut", "Shut");
         world.settings.addTriggerApp({"com.example.c", "C", std::nullopt});
         world.filePicker.refused = {"/Applications/Shut.app"};
-        world.filePicker.result = {};
-        world.filePicker.result.paths = {"/Applications/A.app", "/Applications/Broken.app",
-                                         "/Applications/Shut.app", "/Applications/C.app"};
+        world.filePicker.result =
+            std::vector<std::string>{"/Applications/A.app", "/Applications/Broken.app",
+                                     "/Applications/Shut.app", "/Applications/C.app"};
         click(browse);
         QCOMPARE(storedIds(world), (std::set<std::string>{"com.example.a", "com.example.c"}));
         // Access is handed back for every file it was granted for, and only for those.

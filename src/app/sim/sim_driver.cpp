@@ -197,11 +197,12 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         std::string what = line.next("process id, clear or fail");
         if (what == "clear" || what == "fail") {
             line.expectEnd();
-            if (what == "clear")
-                sim.powerAssertions.reply =
-                    PowerAssertionsReply{0, std::map<std::int32_t, PlistValue>{}};
-            if (what == "fail")
-                sim.powerAssertions.reply.result = -536870212;  // a general I/O error
+            sim.powerAssertions.table.clear();
+            sim.powerAssertions.failure = what == "clear"
+                                              ? Status()
+                                              : Status::failure(
+                                                    "IOPMCopyAssertionsByProcess failed with IOKit "
+                                                    "return code 0xe00002bc");
             return;
         }
         int processId = parseInt(what, "process id");
@@ -209,8 +210,7 @@ void SimDriver::World::runWorldCommand(const std::string& command, ScriptLine& l
         line.expectEnd();
         PlistDictionary record{{"AssertName", "sim"}};
         if (type != "-") record.insert_or_assign("AssertionTrueType", type);
-        if (!sim.powerAssertions.reply.table) sim.powerAssertions.reply.table.emplace();
-        PlistValue& list = (*sim.powerAssertions.reply.table)[processId];
+        PlistValue& list = sim.powerAssertions.table[processId];
         if (!list.is<PlistArray>()) list = PlistArray{};
         PlistArray records = *list.as<PlistArray>();
         records.push_back(std::move(record));

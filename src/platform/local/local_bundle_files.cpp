@@ -17,21 +17,21 @@ std::optional<PlistValue> LocalBundleFiles::readPropertyList(const std::string& 
     return readPropertyListFile(path, maxPropertyListBytes);
 }
 
-FolderListing LocalBundleFiles::listFolder(const std::string& folder) const {
+Result<std::vector<std::string>> LocalBundleFiles::listFolder(const std::string& folder) const {
     auto failure = [&](const std::error_code& error) {
-        return FolderListing{{},
-                             "The folder \"" + folder + "\" could not be read: " + error.message()};
+        return Status::failure("The folder \"" + folder +
+                               "\" could not be read: " + error.message());
     };
     std::error_code error;
     const fs::path base = fs::absolute(folder, error);
     if (error) return failure(error);
-    FolderListing listing;
+    std::vector<std::string> paths;
     fs::directory_iterator it(base, error);
     for (; !error && it != fs::directory_iterator(); it.increment(error)) {
-        listing.paths.push_back(it->path().string());
+        paths.push_back(it->path().string());
     }
     if (error) return failure(error);
-    return listing;
+    return paths;
 }
 
 }  // namespace marzipel

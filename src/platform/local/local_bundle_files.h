@@ -11,7 +11,7 @@ public:
     std::optional<PlistValue> readPropertyList(const std::string& path) const override;
     /// A relative `folder` is taken from the current directory. The error text names the folder
     /// and the system's reason.
-    FolderListing listFolder(const std::string& folder) const override;
+    Result<std::vector<std::string>> listFolder(const std::string& folder) const override;
 };
 
 }  // namespace marzipel

@@ -10,8 +10,8 @@ class MacLoginItemService final : public LoginItemService {
 public:
     LoginItemStatus status() const override;
     /// A failure carries the error's localized description.
-    LoginItemResult registerItem() override;
-    LoginItemResult unregisterItem() override;
+    Status registerItem() override;
+    Status unregisterItem() override;
 };
 
 }  // namespace marzipel

@@ -7,9 +7,9 @@
 namespace marzipel {
 namespace {
 
-LoginItemResult result(BOOL succeeded, NSError* error) {
-    if (succeeded) return LoginItemResult::success();
-    return LoginItemResult::failure(utf8String(error.localizedDescription));
+Status result(BOOL succeeded, NSError* error) {
+    if (succeeded) return Status();
+    return Status::failure(utf8String(error.localizedDescription));
 }
 
 }  // namespace
@@ -28,13 +28,13 @@ LoginItemStatus MacLoginItemService::status() const {
     return LoginItemStatus::notFound;
 }
 
-LoginItemResult MacLoginItemService::registerItem() {
+Status MacLoginItemService::registerItem() {
     NSError* error = nil;
     const BOOL succeeded = [SMAppService.mainAppService registerAndReturnError:&error];
     return result(succeeded, error);
 }
 
-LoginItemResult MacLoginItemService::unregisterItem() {
+Status MacLoginItemService::unregisterItem() {
     NSError* error = nil;
     const BOOL succeeded = [SMAppService.mainAppService unregisterAndReturnError:&error];
     return result(succeeded, error);

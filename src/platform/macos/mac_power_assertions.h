@@ -7,8 +7,9 @@ namespace marzipel {
 /// IOKit power management's assertions by process.
 class MacPowerAssertions final : public PowerAssertions {
 public:
-    /// The table is absent when IOKit gives none or one with a key that is not a process id.
-    PowerAssertionsReply assertionsByProcess() override;
+    /// A failure carries IOKit's return code. A table IOKit does not give, or gives with a key
+    /// that is not a process id or a value that is not a property list, reads as empty.
+    Result<AssertionsByProcess> assertionsByProcess() override;
 };
 
 }  // namespace marzipel

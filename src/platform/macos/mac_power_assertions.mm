@@ -2,27 +2,32 @@
 
 #include <IOKit/pwr_mgt/IOPMLib.h>
 
+#include <cstdio>
+#include <string>
+
 #include "platform/macos/foundation_bridge_objc.h"
 
 namespace marzipel {
 
-PowerAssertionsReply MacPowerAssertions::assertionsByProcess() {
+Result<AssertionsByProcess> MacPowerAssertions::assertionsByProcess() {
     CFDictionaryRef copied = nullptr;
-    PowerAssertionsReply reply;
-    reply.result = IOPMCopyAssertionsByProcess(&copied);
+    const IOReturn result = IOPMCopyAssertionsByProcess(&copied);
     NSDictionary* table = CFBridgingRelease(copied);
-    if (reply.result != kIOReturnSuccess || ![table isKindOfClass:NSDictionary.class]) {
-        return reply;
+    if (result != kIOReturnSuccess) {
+        char code[16];
+        std::snprintf(code, sizeof code, "0x%08x", static_cast<unsigned>(result));
+        return Status::failure(
+            std::string("IOPMCopyAssertionsByProcess failed with IOKit return code ") + code);
     }
-    std::map<std::int32_t, PlistValue> byProcess;
+    if (![table isKindOfClass:NSDictionary.class]) return AssertionsByProcess{};
+    AssertionsByProcess byProcess;
     for (id processId in table) {
-        if (![processId isKindOfClass:NSNumber.class]) return reply;
+        if (![processId isKindOfClass:NSNumber.class]) return AssertionsByProcess{};
         std::optional<PlistValue> assertions = plistValue(table[processId]);
-        if (!assertions) return reply;
+        if (!assertions) return AssertionsByProcess{};
         byProcess.insert_or_assign([processId intValue], std::move(*assertions));
     }
-    reply.table = std::move(byProcess);
-    return reply;
+    return byProcess;
 }
 
 }  // namespace marzipel

@@ -17,33 +17,33 @@ QString startFolder() {
     return QDir(system).exists() ? system : QDir::homePath();
 }
 
-/// Why no dialog can be shown now, or empty when one can.
-QString whyNoDialog() {
+/// Fails, saying why, when no dialog can be shown now.
+Status dialogCanShow() {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        return QStringLiteral("the program has no window system to show it on");
+        return Status::failure("the program has no window system to show it on");
     }
     const QString platform = QGuiApplication::platformName();
     // These platforms draw nowhere: a dialog there would wait for a choice nobody can make.
     if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal")) {
-        return QStringLiteral("the \"%1\" window system cannot show dialogs").arg(platform);
+        return Status::failure("the \"" + platform.toStdString() +
+                               "\" window system cannot show dialogs");
     }
-    return {};
+    return Status();
 }
 
 }  // namespace
 
-FilePickResult QtFilePicker::pickApplications() {
-    FilePickResult result;
-    if (const QString reason = whyNoDialog(); !reason.isEmpty()) {
-        result.error = "The file dialog could not be shown: " + reason.toStdString() + ".";
-        return result;
+Result<std::vector<std::string>> QtFilePicker::pickApplications() {
+    if (const Status shown = dialogCanShow(); !shown.ok()) {
+        return Status::failure("The file dialog could not be shown: " + shown.message() + ".");
     }
     const QString filter = onMacOS() ? QStringLiteral("Applications (*.app)")
                                      : QStringLiteral("Applications (*.desktop)");
     const QStringList chosen = QFileDialog::getOpenFileNames(
         QApplication::activeWindow(), QStringLiteral("Choose Applications"), startFolder(), filter);
-    for (const QString& path : chosen) result.paths.push_back(path.toStdString());
-    return result;
+    std::vector<std::string> paths;
+    for (const QString& path : chosen) paths.push_back(path.toStdString());
+    return paths;
 }
 
 }  // namespace marzipel

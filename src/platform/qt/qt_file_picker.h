@@ -8,7 +8,7 @@ namespace marzipel {
 /// application bundles on macOS. Nothing is sandboxed, so every access is granted.
 class QtFilePicker final : public FilePicker {
 public:
-    FilePickResult pickApplications() override;
+    Result<std::vector<std::string>> pickApplications() override;
     bool startAccessing(const std::string&) override { return true; }
     void stopAccessing(const std::string&) override {}
 };

@@ -13,13 +13,13 @@ std::optional<PlistValue> SimBundleFiles::readPropertyList(const std::string& pa
     return it->second;
 }
 
-FolderListing SimBundleFiles::listFolder(const std::string& folder) const {
+Result<std::vector<std::string>> SimBundleFiles::listFolder(const std::string& folder) const {
     if (auto error = folderErrors.find(folder); error != folderErrors.end()) {
-        return {{}, error->second};
+        return Status::failure(error->second);
     }
     auto it = folders.find(folder);
-    if (it == folders.end()) return {{}, "No such file or directory: " + folder};
-    return {it->second, std::nullopt};
+    if (it == folders.end()) return Status::failure("No such file or directory: " + folder);
+    return it->second;
 }
 
 void SimBundleFiles::addBundle(const std::string& path, PlistDictionary info) {

@@ -17,7 +17,7 @@ public:
     std::optional<PlistValue> readPropertyList(const std::string& path) const override;
     /// The entries set for `folder` in their given order; an error when it has none or when
     /// `folderErrors` names it.
-    FolderListing listFolder(const std::string& folder) const override;
+    Result<std::vector<std::string>> listFolder(const std::string& folder) const override;
 
     /// Makes `path` a directory holding `info` as its "Contents/Info.plist".
     void addBundle(const std::string& path, PlistDictionary info);

@@ -7,18 +7,18 @@ LoginItemStatus SimLoginItemService::status() const {
     return currentStatus;
 }
 
-LoginItemResult SimLoginItemService::registerItem() {
+Status SimLoginItemService::registerItem() {
     calls.emplace_back("register");
-    if (registerError) return LoginItemResult::failure(*registerError);
+    if (registerError) return Status::failure(*registerError);
     currentStatus = LoginItemStatus::enabled;
-    return LoginItemResult::success();
+    return Status();
 }
 
-LoginItemResult SimLoginItemService::unregisterItem() {
+Status SimLoginItemService::unregisterItem() {
     calls.emplace_back("unregister");
-    if (unregisterError) return LoginItemResult::failure(*unregisterError);
+    if (unregisterError) return Status::failure(*unregisterError);
     currentStatus = LoginItemStatus::notRegistered;
-    return LoginItemResult::success();
+    return Status();
 }
 
 }  // namespace marzipel

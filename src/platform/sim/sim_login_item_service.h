@@ -14,9 +14,9 @@ class SimLoginItemService final : public LoginItemService {
 public:
     LoginItemStatus status() const override;
     /// Fails with `registerError` when set, leaving the status as it was.
-    LoginItemResult registerItem() override;
+    Status registerItem() override;
     /// Fails with `unregisterError` when set, leaving the status as it was.
-    LoginItemResult unregisterItem() override;
+    Status unregisterItem() override;
 
     /// What `status` answers.
     LoginItemStatus currentStatus = LoginItemStatus::notRegistered;

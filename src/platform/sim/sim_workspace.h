@@ -38,11 +38,14 @@ public:
 /// The assertion table a test sets, answered as it is; counts the queries.
 class SimPowerAssertions final : public PowerAssertions {
 public:
-    PowerAssertionsReply assertionsByProcess() override {
+    Result<AssertionsByProcess> assertionsByProcess() override {
         ++queries;
-        return reply;
+        if (!failure.ok()) return failure;
+        return table;
     }
-    PowerAssertionsReply reply{0, std::map<std::int32_t, PlistValue>{}};
+    AssertionsByProcess table;
+    /// Unless ok, what every query fails with instead.
+    Status failure;
     int queries = 0;
 };
 

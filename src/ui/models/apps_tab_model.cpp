@@ -74,16 +74,16 @@ void AppsTabModel::addSelected() {
 
 void AppsTabModel::browse() { importPicked(services_.filePicker.pickApplications()); }
 
-void AppsTabModel::importPicked(const FilePickResult& result) {
-    if (result.error) {
-        debugLog(services_.settings, "Failed to import app: " + *result.error);
+void AppsTabModel::importPicked(const Result<std::vector<std::string>>& picked) {
+    if (!picked.ok()) {
+        debugLog(services_.settings, "Failed to import app: " + picked.status().message());
         // The system's own text goes only to the log; the user sees a fixed sentence.
         alertMessage_ = "Failed to import selected app.";
         alertShown_ = true;
         changed_.emit();
         return;
     }
-    for (const std::string& path : result.paths) {
+    for (const std::string& path : picked.value()) {
         if (!services_.filePicker.startAccessing(path)) continue;
         std::optional<AppItem> item = services_.catalog.appItem(path);
         services_.filePicker.stopAccessing(path);

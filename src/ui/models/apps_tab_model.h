@@ -63,7 +63,7 @@ public:
     /// Adds each readable chosen application that is not stored yet; unreadable or refused
     /// ones are skipped silently. A failure of the picker itself is logged and raises the
     /// alert.
-    void importPicked(const FilePickResult& result);
+    void importPicked(const Result<std::vector<std::string>>& picked);
 
     /// The alert "An error occurred" and its message, while raised.
     bool isAlertShown() const { return alertShown_; }

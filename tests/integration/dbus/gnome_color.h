@@ -19,7 +19,7 @@ inline const QString kColor = QStringLiteral("org.gnome.SettingsDaemon.Color");
 /// cannot be read.
 inline bool colorProperty(const char* name) {
     const dbus::Address color{kColor, "/org/gnome/SettingsDaemon/Color", kColor};
-    return dbus::property(QDBusConnection::sessionBus(), color, name).value_or(false).toBool();
+    return dbus::property(QDBusConnection::sessionBus(), color, name).valueOr(false).toBool();
 }
 
 /// Whether gsd-color's colour service has its name on the session bus.

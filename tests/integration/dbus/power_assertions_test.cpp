@@ -13,10 +13,10 @@ namespace marzipel::dbustest {
 namespace {
 
 /// The processes of the reply, each once per display-sleep assertion it holds.
-std::multiset<std::int32_t> holders(const PowerAssertionsReply& reply) {
+std::multiset<std::int32_t> holders(const Result<AssertionsByProcess>& reply) {
     std::multiset<std::int32_t> result;
-    if (!reply.table) return result;
-    for (const auto& [pid, assertions] : *reply.table) {
+    if (!reply.ok()) return result;
+    for (const auto& [pid, assertions] : reply.value()) {
         for (const PlistValue& record : *assertions.as<PlistArray>()) {
             const auto& fields = *record.as<PlistDictionary>();
             if (*fields.at("AssertionTrueType").as<std::string>() == "PreventUserIdleDisplaySleep")
@@ -37,13 +37,13 @@ QDBusUnixFileDescriptor inhibit(const QString& what, const QString& who) {
 
 TEST(LinuxPowerAssertions, IdleInhibitorsOfLogindAndGnomeCountAndNeitherIsAFailedQuery) {
     LinuxPowerAssertions assertions;
-    PowerAssertionsReply reply = assertions.assertionsByProcess();
-    EXPECT_NE(reply.result, 0);
-    EXPECT_FALSE(reply.table);
+    Result<AssertionsByProcess> reply = assertions.assertionsByProcess();
+    EXPECT_TRUE(reply.status().message().starts_with("logind: org.freedesktop.DBus.Error."))
+        << reply.status().message();
 
     MockService logind("logind", "org.freedesktop.login1", true);
     reply = assertions.assertionsByProcess();
-    ASSERT_EQ(reply.result, 0);
+    ASSERT_TRUE(reply.ok());
     EXPECT_TRUE(holders(reply).empty());
     const auto video = inhibit("sleep:idle", "Videos");
     const auto update = inhibit("sleep:shutdown", "Updater");
@@ -80,19 +80,19 @@ TEST(LinuxPowerAssertions, PlayingMpvHoldsTheDisplayAndPausedDoesNot) {
     }));
     const dbus::Address player{name, "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player"};
     const auto status = [&] {
-        return dbus::property(bus, player, "PlaybackStatus").value_or(QVariant()).toString();
+        return dbus::property(bus, player, "PlaybackStatus").valueOr(QVariant()).toString();
     };
     ASSERT_TRUE(waitUntil([&] { return status() == "Playing"; })) << status().toStdString();
     LinuxPowerAssertions assertions;
-    PowerAssertionsReply reply = assertions.assertionsByProcess();
-    ASSERT_EQ(reply.result, 0);
+    Result<AssertionsByProcess> reply = assertions.assertionsByProcess();
+    ASSERT_TRUE(reply.ok());
     EXPECT_EQ(holders(reply), (std::multiset<std::int32_t>{mpv.pid()}));
 
     ASSERT_EQ(dbus::call(bus, player, "Pause").type(), QDBusMessage::ReplyMessage);
     ASSERT_TRUE(waitUntil([&] { return status() == "Paused"; })) << status().toStdString();
     reply = assertions.assertionsByProcess();
     // A paused player still answers, so the query succeeds with nothing held.
-    ASSERT_EQ(reply.result, 0);
+    ASSERT_TRUE(reply.ok());
     EXPECT_TRUE(holders(reply).empty());
     mpv.stop();
     EXPECT_TRUE(waitUntil([&] { return !dbus::hasOwner(bus, player.service); }));

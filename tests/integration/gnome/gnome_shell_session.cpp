@@ -46,7 +46,7 @@ QDBusMessage callExtensions(const QString& method) {
 
 bool overviewShown() {
     const auto shown = dbus::property(QDBusConnection::sessionBus(), kShell, "OverviewActive");
-    return shown && shown->toBool();
+    return shown.ok() && shown.value().toBool();
 }
 
 /// Whether the user's keys, as last written, name the extension under `key` of the shell's.
@@ -62,7 +62,7 @@ bool namedInUsersKeys(const std::string& key) {
 /// animation has run.
 void leaveOverview() {
     if (!waitUntil(overviewShown)) throw std::runtime_error("the overview did not show");
-    dbus::setProperty(QDBusConnection::sessionBus(), kShell, "OverviewActive", false);
+    (void)dbus::setProperty(QDBusConnection::sessionBus(), kShell, "OverviewActive", false);
     if (!waitUntil([] { return !overviewShown(); }))
         throw std::runtime_error("the overview stayed");
 }
@@ -121,8 +121,8 @@ std::string GnomeShellSession::topBarMenu() const {
 
 int GnomeShellSession::extensionState() const {
     const auto info = dbus::firstResult(callExtensions(QStringLiteral("GetExtensionInfo")));
-    if (!info) return 0;
-    return qdbus_cast<QVariantMap>(info->value<QDBusArgument>()).value("state").toInt();
+    if (!info.ok()) return 0;
+    return qdbus_cast<QVariantMap>(info.value().value<QDBusArgument>()).value("state").toInt();
 }
 
 bool GnomeShellSession::switchExtension(bool on) const {

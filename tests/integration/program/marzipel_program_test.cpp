@@ -133,12 +133,12 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
 
 /// gsd-power's keyboard level in percent; nothing while it does not answer for one.
 std::optional<int> powerKeyboardPercent() {
-    const std::optional<QVariant> value =
+    const Result<QVariant> value =
         dbus::property(QDBusConnection::sessionBus(),
                        {"org.gnome.SettingsDaemon.Power", "/org/gnome/SettingsDaemon/Power",
                         "org.gnome.SettingsDaemon.Power.Keyboard"},
                        QStringLiteral("Brightness"));
-    return value ? std::optional(value->toInt()) : std::nullopt;
+    return value.ok() ? std::optional(value.value().toInt()) : std::nullopt;
 }
 
 // gsd-power keeps its own copy of the keyboard level: dimming for an idle session and undimming

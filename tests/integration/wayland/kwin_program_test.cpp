@@ -24,9 +24,8 @@ bool nightColorInhibited() {
     for (const dbus::Address& service :
          {dbus::Address{"org.kde.KWin", "/org/kde/KWin/NightLight", "org.kde.KWin.NightLight"},
           dbus::Address{"org.kde.KWin", "/ColorCorrect", "org.kde.kwin.ColorCorrect"}}) {
-        if (const auto inhibited =
-                dbus::property(QDBusConnection::sessionBus(), service, "inhibited"))
-            return inhibited->toBool();
+        const auto inhibited = dbus::property(QDBusConnection::sessionBus(), service, "inhibited");
+        if (inhibited.ok()) return inhibited.value().toBool();
     }
     return false;
 }

@@ -70,15 +70,15 @@ std::string KWinSession::runScript(const std::string& source, bool keepLoaded) {
     const std::filesystem::path file = folder_.path() / (name + ".js");
     std::ofstream(file) << source;
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    const std::optional<QVariant> id =
+    const Result<QVariant> id =
         dbus::firstResult(dbus::call(bus, kScripting, "loadScript",
                                      {QString::fromStdString(file), QString::fromStdString(name)}));
-    if (!id || id->toInt() < 0) throw std::runtime_error("KWin did not load " + name);
+    if (!id.ok() || id.value().toInt() < 0) throw std::runtime_error("KWin did not load " + name);
     // KWin 5.27 serves the script at "/<id>", Plasma 6 at "/Scripting/Script<id>".
     QDBusMessage ran;
     for (const QString& path : {QStringLiteral("/%1"), QStringLiteral("/Scripting/Script%1")}) {
-        ran = dbus::call(bus, {kScripting.service, path.arg(id->toInt()), "org.kde.kwin.Script"},
-                         "run");
+        ran = dbus::call(
+            bus, {kScripting.service, path.arg(id.value().toInt()), "org.kde.kwin.Script"}, "run");
         if (ran.errorName() != QLatin1String("org.freedesktop.DBus.Error.UnknownObject")) break;
     }
     if (ran.type() != QDBusMessage::ReplyMessage)

@@ -30,34 +30,34 @@ TEST(XdgAutostartLoginItemServiceTest, RegistersAStartableEntryOrSaysWhyNot) {
         EXPECT_EQ(service.status(), status) << contents;
     }
     // Over the entry the desktop's settings left switched off.
-    ASSERT_TRUE(service.registerItem().succeeded);
+    ASSERT_TRUE(service.registerItem().ok());
     EXPECT_EQ(service.status(), LoginItemStatus::enabled);
     EXPECT_EQ(readFile(entry),
               "[Desktop Entry]\nType=Application\nName=Marzipel\n"
               "Exec=\"/opt/Marzipel/bin/marzipel\"\nIcon=com.orsavelt.Marzipel\n"
               "Terminal=false\nX-GNOME-Autostart-enabled=true\n");
-    EXPECT_TRUE(service.unregisterItem().succeeded);
+    EXPECT_TRUE(service.unregisterItem().ok());
     EXPECT_EQ(service.status(), LoginItemStatus::notRegistered);
-    EXPECT_TRUE(service.unregisterItem().succeeded);
+    EXPECT_TRUE(service.unregisterItem().ok());
 
     // Program paths are quoted for the desktop's reader, or refused with the reason.
     XdgAutostartLoginItemService odd("/home/ann/my apps/\"Mar$zi`pel\\100%", temp.path().string());
-    ASSERT_TRUE(odd.registerItem().succeeded);
+    ASSERT_TRUE(odd.registerItem().ok());
     EXPECT_THAT(readFile(entry),
                 HasSubstr(R"(Exec="/home/ann/my apps/\\"Mar\\$zi\\`pel\\\\100%%")"));
 
-    LoginItemResult result =
+    const Status result =
         XdgAutostartLoginItemService("/opt/\xff/marzipel", temp.path().string()).registerItem();
-    EXPECT_FALSE(result.succeeded);
-    EXPECT_THAT(result.errorText, HasSubstr("UTF-8"));
+    EXPECT_FALSE(result.ok());
+    EXPECT_THAT(result.message(), HasSubstr("UTF-8"));
 
     // A configuration "folder" that is a file: neither change can be made, and both say where.
     const std::string notAFolder = temp / "config-file";
     writeFile(notAFolder, "");
     XdgAutostartLoginItemService blocked("/usr/bin/marzipel", notAFolder);
-    for (const LoginItemResult& refused : {blocked.registerItem(), blocked.unregisterItem()}) {
-        EXPECT_FALSE(refused.succeeded);
-        EXPECT_THAT(refused.errorText, HasSubstr(notAFolder));
+    for (const Status& refused : {blocked.registerItem(), blocked.unregisterItem()}) {
+        EXPECT_FALSE(refused.ok());
+        EXPECT_THAT(refused.message(), HasSubstr(notAFolder));
     }
 }
 

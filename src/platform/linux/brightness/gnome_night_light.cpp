@@ -20,13 +20,15 @@ BlueLightStatus GnomeNightLight::status() {
     BlueLightStatus status;
     // "NightLightActive" stays true while the schedule says on, even after the user (or we)
     // switched the filter off for the night: only "DisabledUntilTomorrow" tells that it is off.
-    if (std::optional<QVariantMap> properties =
-            dbus::allProperties(QDBusConnection::sessionBus(), kColor)) {
-        status.enabled = properties->value("NightLightActive").toBool() &&
-                         !properties->value("DisabledUntilTomorrow").toBool();
+    const Result<QVariantMap> properties =
+        dbus::allProperties(QDBusConnection::sessionBus(), kColor);
+    if (properties.ok()) {
+        status.enabled = properties.value().value("NightLightActive").toBool() &&
+                         !properties.value().value("DisabledUntilTomorrow").toBool();
     } else {
         log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "Could not read the Night Light state from gnome-settings-daemon");
+                   "Could not read the Night Light state from gnome-settings-daemon: " +
+                       properties.status().message());
     }
     std::optional<NightLightScheduleKeys> keys = scheduleKeys_.read();
     if (!keys || !keys->enabled) return status;
@@ -54,12 +56,11 @@ void GnomeNightLight::setMode(BlueLightMode mode) {
 }
 
 void GnomeNightLight::setDisabledUntilTomorrow(bool disabled) {
-    QDBusMessage reply =
+    const Status set =
         dbus::setProperty(QDBusConnection::sessionBus(), kColor, "DisabledUntilTomorrow", disabled);
-    if (reply.type() != QDBusMessage::ReplyMessage) {
+    if (!set.ok()) {
         log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "Could not switch Night Light through gnome-settings-daemon: " +
-                       dbus::errorText(reply));
+                   "Could not switch Night Light through gnome-settings-daemon: " + set.message());
     }
 }
 

@@ -1,6 +1,5 @@
 #include "platform/linux/brightness/gnome_power_keyboard_backlight.h"
 
-#include <optional>
 #include <string>
 
 #include "platform/linux/dbus/dbus_call.h"
@@ -14,29 +13,26 @@ const dbus::Address kKeyboardProperties{kKeyboard.service, kKeyboard.path,
                                         "org.freedesktop.DBus.Properties"};
 const QString kBrightness = QStringLiteral("Brightness");
 
-/// The percentage, or the error reply; the plugin answers -1 or an error without a keyboard.
-std::optional<int> readPercent(QDBusMessage& reply) {
-    reply = dbus::call(QDBusConnection::sessionBus(), kKeyboardProperties, "Get",
-                       {kKeyboard.interface, kBrightness});
-    std::optional<QVariant> value = dbus::propertyValue(reply);
-    if (!value || value->toInt() < 0) return std::nullopt;
-    return value->toInt();
+/// The percentage; the plugin answers -1 or an error without a keyboard.
+Result<int> readPercent() {
+    const Result<QVariant> value =
+        dbus::propertyValue(dbus::call(QDBusConnection::sessionBus(), kKeyboardProperties, "Get",
+                                       {kKeyboard.interface, kBrightness}));
+    if (!value.ok()) return value.status();
+    const int percent = value.value().toInt();
+    if (percent < 0) return Status::failure("it answered " + std::to_string(percent));
+    return percent;
 }
 
 }  // namespace
 
-bool GnomePowerKeyboardBacklight::available() {
-    QDBusMessage reply;
-    return readPercent(reply).has_value();
-}
+bool GnomePowerKeyboardBacklight::available() { return readPercent().ok(); }
 
 Result<float> GnomePowerKeyboardBacklight::brightness() {
-    QDBusMessage reply;
-    if (std::optional<int> percent = readPercent(reply)) {
-        return fractionOfLevel(*percent, 100);
-    }
+    const Result<int> percent = readPercent();
+    if (percent.ok()) return fractionOfLevel(percent.value(), 100);
     return Status::failure("Could not read the keyboard backlight from gnome-settings-daemon: " +
-                           dbus::errorText(reply));
+                           percent.status().message());
 }
 
 void GnomePowerKeyboardBacklight::readAhead() {
@@ -45,12 +41,12 @@ void GnomePowerKeyboardBacklight::readAhead() {
 }
 
 void GnomePowerKeyboardBacklight::setBrightness(float value) {
-    const QDBusMessage reply = dbus::setProperty(QDBusConnection::sessionBus(), kKeyboard,
-                                                 kBrightness, levelOfFraction(value, 100));
-    if (reply.type() == QDBusMessage::ReplyMessage) return;
-    log_.error(kAppLogSubsystem, kAppLogCategory,
-               "Could not set the keyboard backlight through gnome-settings-daemon: " +
-                   dbus::errorText(reply));
+    const Status set = dbus::setProperty(QDBusConnection::sessionBus(), kKeyboard, kBrightness,
+                                         levelOfFraction(value, 100));
+    if (set.ok()) return;
+    log_.error(
+        kAppLogSubsystem, kAppLogCategory,
+        "Could not set the keyboard backlight through gnome-settings-daemon: " + set.message());
 }
 
 }  // namespace marzipel

@@ -43,32 +43,34 @@ const dbus::Address& addressOf(KWinNightColor::Generation generation) {
 
 std::optional<KWinNightColor::Generation> KWinNightColor::find() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (dbus::property(bus, kPlasma6, "available")) return Generation::plasma6;
-    if (dbus::property(bus, kPlasma5, "available")) return Generation::plasma5;
+    if (dbus::property(bus, kPlasma6, "available").ok()) return Generation::plasma6;
+    if (dbus::property(bus, kPlasma5, "available").ok()) return Generation::plasma5;
     return std::nullopt;
 }
 
 BlueLightStatus KWinNightColor::status() {
     const dbus::Address& at = addressOf(generation_);
-    std::optional<QVariantMap> properties = dbus::allProperties(QDBusConnection::sessionBus(), at);
-    if (!properties) {
-        log_.error(kAppLogSubsystem, kAppLogCategory, "Could not read Night Color from KWin");
+    const Result<QVariantMap> read = dbus::allProperties(QDBusConnection::sessionBus(), at);
+    if (!read.ok()) {
+        log_.error(kAppLogSubsystem, kAppLogCategory,
+                   "Could not read Night Color from KWin: " + read.status().message());
         return {};
     }
+    const QVariantMap& properties = read.value();
     // "running" stays true through the day of a schedule; the filter shows only at night.
     // Plasma 5 says which half of the day it is only through the temperature it aims for.
-    const bool night = properties->contains("daylight")
-                           ? !properties->value("daylight").toBool()
-                           : properties->value("targetTemperature").toUInt() < kNeutralTemperature;
+    const bool night = properties.contains("daylight")
+                           ? !properties.value("daylight").toBool()
+                           : properties.value("targetTemperature").toUInt() < kNeutralTemperature;
     BlueLightStatus status;
     status.enabled =
-        properties->value("available").toBool() && properties->value("running").toBool() && night;
-    status.mode = statusMode(properties->value("mode").toUInt());
+        properties.value("available").toBool() && properties.value("running").toBool() && night;
+    status.mode = statusMode(properties.value("mode").toUInt());
     if (status.mode == BlueLightMode::customSchedule) {
         const auto previous =
-            localTimeOf(properties->value("previousTransitionDateTime").toULongLong());
+            localTimeOf(properties.value("previousTransitionDateTime").toULongLong());
         const auto next =
-            localTimeOf(properties->value("scheduledTransitionDateTime").toULongLong());
+            localTimeOf(properties.value("scheduledTransitionDateTime").toULongLong());
         status.from = night ? previous : next;
         status.to = night ? next : previous;
     }
@@ -86,12 +88,13 @@ void KWinNightColor::setEnabled(bool enabled) {
     }
     if (cookie_) return;
     const dbus::Address& at = addressOf(generation_);
-    QDBusMessage reply = dbus::call(QDBusConnection::sessionBus(), at, "inhibit");
-    if (std::optional<QVariant> cookie = dbus::firstResult(reply)) {
-        cookie_ = cookie->toUInt();
+    const Result<QVariant> cookie =
+        dbus::firstResult(dbus::call(QDBusConnection::sessionBus(), at, "inhibit"));
+    if (cookie.ok()) {
+        cookie_ = cookie.value().toUInt();
     } else {
         log_.error(kAppLogSubsystem, kAppLogCategory,
-                   "Could not switch Night Color off through KWin: " + dbus::errorText(reply));
+                   "Could not switch Night Color off through KWin: " + cookie.status().message());
     }
 }
 

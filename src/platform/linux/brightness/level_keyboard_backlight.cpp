@@ -10,13 +10,12 @@ QDBusConnection busOf(const KeyboardLevelMethods& methods) {
     return methods.systemBus ? QDBusConnection::systemBus() : QDBusConnection::sessionBus();
 }
 
-/// The integer answer of a method without arguments, or the error reply.
-std::optional<int> askLevel(const KeyboardLevelMethods& methods, const char* method,
-                            QDBusMessage& reply) {
-    reply = dbus::call(busOf(methods), methods.at, method);
-    std::optional<QVariant> value = dbus::firstResult(reply);
-    if (!value) return std::nullopt;
-    return value->toInt();
+/// The integer answer of a method without arguments.
+Result<int> askLevel(const KeyboardLevelMethods& methods, const char* method) {
+    const Result<QVariant> value =
+        dbus::firstResult(dbus::call(busOf(methods), methods.at, method));
+    if (!value.ok()) return value.status();
+    return value.value().toInt();
 }
 
 }  // namespace
@@ -41,28 +40,28 @@ const KeyboardLevelMethods kPowerDevilKeyboard{
     "setKeyboardBrightnessSilent"};
 
 std::optional<int> LevelKeyboardBacklight::find(const KeyboardLevelMethods& methods) {
-    QDBusMessage reply;
-    std::optional<int> maxLevel = askLevel(methods, methods.maxLevel, reply);
-    if (!maxLevel || *maxLevel <= 0) return std::nullopt;
-    return maxLevel;
+    const Result<int> maxLevel = askLevel(methods, methods.maxLevel);
+    if (!maxLevel.ok() || maxLevel.value() <= 0) return std::nullopt;
+    return maxLevel.value();
 }
 
-std::optional<int> LevelKeyboardBacklight::maxLevel(QDBusMessage& reply) {
-    if (!maxLevel_) maxLevel_ = askLevel(methods_, methods_.maxLevel, reply);
-    return maxLevel_;
+Result<int> LevelKeyboardBacklight::maxLevel() {
+    if (maxLevel_) return *maxLevel_;
+    Result<int> asked = askLevel(methods_, methods_.maxLevel);
+    if (asked.ok()) maxLevel_ = asked.value();
+    return asked;
 }
 
 Result<float> LevelKeyboardBacklight::brightness() {
-    QDBusMessage reply;
-    const std::optional<int> max = maxLevel(reply);
-    const std::optional<int> level = max ? askLevel(methods_, methods_.level, reply) : std::nullopt;
-    if (!level) {
+    const Result<int> max = maxLevel();
+    const Result<int> level = max.ok() ? askLevel(methods_, methods_.level) : max;
+    if (!level.ok()) {
         // The service may have restarted with other hardware behind it.
         maxLevel_.reset();
         return Status::failure(std::string("Could not read the keyboard backlight from ") +
-                               methods_.serviceName + ": " + dbus::errorText(reply));
+                               methods_.serviceName + ": " + level.status().message());
     }
-    return fractionOfLevel(*level, *max);
+    return fractionOfLevel(level.value(), max.value());
 }
 
 void LevelKeyboardBacklight::readAhead() {
@@ -71,16 +70,18 @@ void LevelKeyboardBacklight::readAhead() {
 }
 
 void LevelKeyboardBacklight::setBrightness(float value) {
-    QDBusMessage reply;
-    if (const std::optional<int> max = maxLevel(reply)) {
-        reply = dbus::call(busOf(methods_), methods_.at, methods_.setLevel,
-                           {levelOfFraction(value, *max)});
+    const Result<int> max = maxLevel();
+    std::string failure = max.status().message();
+    if (max.ok()) {
+        const QDBusMessage reply = dbus::call(busOf(methods_), methods_.at, methods_.setLevel,
+                                              {levelOfFraction(value, max.value())});
         if (reply.type() == QDBusMessage::ReplyMessage) return;
+        failure = dbus::errorText(reply);
     }
     maxLevel_.reset();
     log_.error(kAppLogSubsystem, kAppLogCategory,
                std::string("Could not set the keyboard backlight through ") + methods_.serviceName +
-                   ": " + dbus::errorText(reply));
+                   ": " + failure);
 }
 
 }  // namespace marzipel

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusMessage>
 #include <optional>
 
 #include "platform/linux/brightness/keyboard_backlight.h"
@@ -43,8 +42,8 @@ public:
     void readAhead() override;
 
 private:
-    /// The kept maximum, else the service's answer; nothing with `reply` holding the error.
-    std::optional<int> maxLevel(QDBusMessage& reply);
+    /// The kept maximum, else the service's answer, which is kept when it comes.
+    Result<int> maxLevel();
 
     const KeyboardLevelMethods& methods_;
     SystemLog& log_;

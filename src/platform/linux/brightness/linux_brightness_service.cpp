@@ -17,7 +17,7 @@ namespace {
 
 class NoKeyboardBacklight final : public KeyboardBacklight {
 public:
-    Result<float> brightness() override { return 0.0f; }
+    Result<float> brightness() override { return Status::failure("No keyboard backlight found"); }
     void setBrightness(float) override {}
 };
 
@@ -118,8 +118,7 @@ LinuxBrightnessServiceFactory::LinuxBrightnessServiceFactory(SystemLog& log,
             log_.error(kAppLogSubsystem, kAppLogCategory,
                        "No keyboard backlight: no power daemon or UPower has one and there is no "
                        "kbd_backlight LED in " +
-                           ledsFolder.string() +
-                           "; keyboard brightness reads as 0.0 and is not changed");
+                           ledsFolder.string() + "; the keyboard backlight is left alone");
             return;
     }
     log_.info(kAppLogSubsystem, kAppLogCategory, line);

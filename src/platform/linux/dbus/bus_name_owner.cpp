@@ -16,9 +16,9 @@ BusNameOwner::BusNameOwner(QDBusConnection bus, QString name)
                          if (changed_) changed_(owner_);
                      });
     // After the watch is in place, so that no change falls between the two.
-    if (std::optional<QVariant> owner = dbus::firstResult(
-            dbus::call(bus, dbus::busDaemon(), QStringLiteral("GetNameOwner"), {name_})))
-        owner_ = owner->toString();
+    const Result<QVariant> owner = dbus::firstResult(
+        dbus::call(bus, dbus::busDaemon(), QStringLiteral("GetNameOwner"), {name_}));
+    if (owner.ok()) owner_ = owner.value().toString();
 }
 
 BusNameOwner::~BusNameOwner() = default;

@@ -136,10 +136,10 @@ void readAheadAllProperties(const QDBusConnection& bus, const Address& at) {
 
 Address busDaemon() { return kBusDaemon; }
 
-std::optional<QVariant> propertyValue(const QDBusMessage& reply) {
-    std::optional<QVariant> result = firstResult(reply);
-    if (!result) return std::nullopt;
-    return result->value<QDBusVariant>().variant();
+Result<QVariant> propertyValue(const QDBusMessage& reply) {
+    Result<QVariant> result = firstResult(reply);
+    if (!result.ok()) return result;
+    return result.value().value<QDBusVariant>().variant();
 }
 
 QDBusPendingCall sendPropertyGet(const QDBusConnection& bus, const Address& at,
@@ -147,40 +147,42 @@ QDBusPendingCall sendPropertyGet(const QDBusConnection& bus, const Address& at,
     return send(bus, propertiesOf(at), QStringLiteral("Get"), {at.interface, name});
 }
 
-std::optional<QVariant> firstResult(const QDBusMessage& reply) {
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-        return std::nullopt;
-    }
+Result<QVariant> firstResult(const QDBusMessage& reply) {
+    if (reply.type() != QDBusMessage::ReplyMessage) return Status::failure(errorText(reply));
+    if (reply.arguments().isEmpty()) return Status::failure("the reply holds no value");
     return reply.arguments().constFirst();
 }
 
-std::optional<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at) {
-    std::optional<QVariant> result = firstResult(call(bus, allPropertiesCall(at)));
-    if (!result || !result->canConvert<QDBusArgument>()) return std::nullopt;
-    return qdbus_cast<QVariantMap>(result->value<QDBusArgument>());
+Result<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at) {
+    Result<QVariant> result = firstResult(call(bus, allPropertiesCall(at)));
+    if (!result.ok()) return result.status();
+    if (!result.value().canConvert<QDBusArgument>()) {
+        return Status::failure("the answer is not a map of properties");
+    }
+    return qdbus_cast<QVariantMap>(result.value().value<QDBusArgument>());
 }
 
-std::optional<QVariant> property(const QDBusConnection& bus, const Address& at,
-                                 const QString& name) {
+Result<QVariant> property(const QDBusConnection& bus, const Address& at, const QString& name) {
     return propertyValue(call(bus, propertiesOf(at), QStringLiteral("Get"), {at.interface, name}));
 }
 
-QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
-                         const QVariant& value) {
-    return call(bus, propertiesOf(at), QStringLiteral("Set"),
-                {at.interface, name, QVariant::fromValue(QDBusVariant(value))});
+Status setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
+                   const QVariant& value) {
+    const QDBusMessage reply = call(bus, propertiesOf(at), QStringLiteral("Set"),
+                                    {at.interface, name, QVariant::fromValue(QDBusVariant(value))});
+    if (reply.type() == QDBusMessage::ReplyMessage) return Status();
+    return Status::failure(errorText(reply));
 }
 
 bool hasOwner(const QDBusConnection& bus, const QString& name) {
-    std::optional<QVariant> result = firstResult(call(bus, kBusDaemon, "NameHasOwner", {name}));
-    return result && result->toBool();
+    return firstResult(call(bus, kBusDaemon, "NameHasOwner", {name})).valueOr(false).toBool();
 }
 
 std::optional<std::int32_t> processId(const QDBusConnection& bus, const QString& name) {
-    std::optional<QVariant> result =
+    Result<QVariant> result =
         firstResult(call(bus, kBusDaemon, "GetConnectionUnixProcessID", {name}));
-    if (!result) return std::nullopt;
-    return static_cast<std::int32_t>(result->toUInt());
+    if (!result.ok()) return std::nullopt;
+    return static_cast<std::int32_t>(result.value().toUInt());
 }
 
 std::string errorText(const QDBusMessage& reply) {

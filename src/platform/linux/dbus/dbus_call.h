@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 
+#include "base/status.h"
+
 namespace marzipel::dbus {
 
 /// Long enough for a busy service, short enough that a hung one cannot freeze the program.
@@ -46,24 +48,25 @@ void readAheadAllProperties(const QDBusConnection& bus, const Address& at);
 /// The bus daemon itself, which answers for the names on the bus.
 Address busDaemon();
 
-/// The value of a successful reply to Properties.Get.
-std::optional<QVariant> propertyValue(const QDBusMessage& reply);
+/// The value of a successful reply to Properties.Get; fails as `firstResult` does.
+Result<QVariant> propertyValue(const QDBusMessage& reply);
 /// Sends Properties.Get for `name` without waiting.
 QDBusPendingCall sendPropertyGet(const QDBusConnection& bus, const Address& at,
                                  const QString& name);
 
-/// The first value of a successful reply; nothing for an error reply or an empty one.
-std::optional<QVariant> firstResult(const QDBusMessage& reply);
+/// The first value of a successful reply. An error reply fails with its `errorText`, an empty
+/// one with a message saying so.
+Result<QVariant> firstResult(const QDBusMessage& reply);
 
-/// Every property of an interface; nothing when the object does not answer.
-std::optional<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at);
+/// Every property of an interface; fails as `firstResult` does, or when the answer is no map.
+Result<QVariantMap> allProperties(const QDBusConnection& bus, const Address& at);
 
-std::optional<QVariant> property(const QDBusConnection& bus, const Address& at,
-                                 const QString& name);
+/// Fails as `propertyValue` does.
+Result<QVariant> property(const QDBusConnection& bus, const Address& at, const QString& name);
 
-/// The error reply of the Set call, or a plain reply on success.
-QDBusMessage setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
-                         const QVariant& value);
+/// A failure carries the `errorText` of the Set call's error reply.
+Status setProperty(const QDBusConnection& bus, const Address& at, const QString& name,
+                   const QVariant& value);
 
 /// Whether some connection owns `name` right now; false when the bus itself does not answer.
 bool hasOwner(const QDBusConnection& bus, const QString& name);

@@ -172,25 +172,25 @@ bool MarzipelBusService::handle(const QDBusMessage& call) {
                    " reports windows");
         return true;
     }
-    std::string fault;
+    Status read;
     if (active) {
-        std::optional<ReportedWindow> window;
-        fault = WindowReportReader::readActive(call, window);
-        if (fault.empty()) {
+        Result<std::optional<ReportedWindow>> window = WindowReportReader::readActive(call);
+        if (window.ok()) {
             bus_.send(call.createReply());
-            if (reports_.active) reports_.active(std::move(window));
+            if (reports_.active) reports_.active(std::move(window).value());
             return true;
         }
+        read = window.status();
     } else {
-        std::vector<WindowIdentity> windows;
-        fault = WindowReportReader::readWindows(call, windows);
-        if (fault.empty()) {
+        Result<std::vector<WindowIdentity>> windows = WindowReportReader::readWindows(call);
+        if (windows.ok()) {
             bus_.send(call.createReply());
-            if (reports_.windows) reports_.windows(std::move(windows));
+            if (reports_.windows) reports_.windows(std::move(windows).value());
             return true;
         }
+        read = windows.status();
     }
-    refuse(call, kInvalidArgs, fault);
+    refuse(call, kInvalidArgs, read.message());
     return true;
 }
 

@@ -56,11 +56,14 @@ void addAssertion(Table& table, std::int32_t processId, const std::string& name)
 }
 
 /// logind's inhibitors: a(ssssuu) of what (colon-separated), who, why, mode, uid, pid.
-bool addLogindInhibitors(Table& table, const QDBusMessage& reply) {
-    std::optional<QVariant> result = dbus::firstResult(reply);
-    if (!result || !result->canConvert<QDBusArgument>()) return false;
-    const QDBusArgument list = result->value<QDBusArgument>();
-    if (list.currentSignature() != QLatin1String("a(ssssuu)")) return false;
+Status addLogindInhibitors(Table& table, const QDBusMessage& reply) {
+    const Result<QVariant> result = dbus::firstResult(reply);
+    if (!result.ok()) return result.status();
+    const QDBusArgument list = result.value().value<QDBusArgument>();
+    if (!result.value().canConvert<QDBusArgument>() ||
+        list.currentSignature() != QLatin1String("a(ssssuu)")) {
+        return Status::failure("the inhibitors are not of type a(ssssuu)");
+    }
     list.beginArray();
     while (!list.atEnd()) {
         QString what, who, why, mode;
@@ -74,7 +77,7 @@ bool addLogindInhibitors(Table& table, const QDBusMessage& reply) {
         }
     }
     list.endArray();
-    return true;
+    return Status();
 }
 
 /// An inhibitor's application id is, for a GApplication, also its name on the session bus.
@@ -85,13 +88,16 @@ std::optional<std::int32_t> processOfAppId(const QDBusConnection& bus, QString a
 }
 
 /// GNOME session-manager inhibitors; their process is found only where the app id leads to it.
-bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
+Status addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const QString service = kGnomeSession.service;
-    std::optional<QVariant> result = dbus::firstResult(reply);
-    if (!result || !result->canConvert<QDBusArgument>()) return false;
+    const Result<QVariant> result = dbus::firstResult(reply);
+    if (!result.ok()) return result.status();
+    if (!result.value().canConvert<QDBusArgument>()) {
+        return Status::failure("the inhibitors are not a list of object paths");
+    }
     const QList<QDBusObjectPath> paths =
-        qdbus_cast<QList<QDBusObjectPath>>(result->value<QDBusArgument>());
+        qdbus_cast<QList<QDBusObjectPath>>(result.value().value<QDBusArgument>());
     // Every inhibitor is asked both questions before any answer is awaited, as the players are.
     std::vector<std::pair<QDBusPendingCall, QDBusPendingCall>> asked;
     for (const QDBusObjectPath& path : paths) {
@@ -100,26 +106,27 @@ bool addGnomeInhibitors(Table& table, const QDBusMessage& reply) {
                            dbus::send(bus, inhibitor, QStringLiteral("GetAppId")));
     }
     for (auto& [flagsCall, appIdCall] : asked) {
-        std::optional<QVariant> flags = dbus::firstResult(dbus::waitFor(flagsCall));
-        if (!flags || (flags->toUInt() & kGnomeInhibitIdle) == 0) continue;
-        std::optional<QVariant> appId = dbus::firstResult(dbus::waitFor(appIdCall));
-        if (!appId) continue;
-        if (std::optional<std::int32_t> pid = processOfAppId(bus, appId->toString())) {
-            addAssertion(table, *pid, appId->toString().toStdString());
+        const Result<QVariant> flags = dbus::firstResult(dbus::waitFor(flagsCall));
+        if (!flags.ok() || (flags.value().toUInt() & kGnomeInhibitIdle) == 0) continue;
+        const Result<QVariant> appId = dbus::firstResult(dbus::waitFor(appIdCall));
+        if (!appId.ok()) continue;
+        const QString name = appId.value().toString();
+        if (std::optional<std::int32_t> pid = processOfAppId(bus, name)) {
+            addAssertion(table, *pid, name.toStdString());
         }
     }
-    return true;
+    return Status();
 }
 
 /// MPRIS players that say they are playing. Counts as an answer only when some player answered.
-bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
+Status addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    const std::optional<QVariant> names = dbus::firstResult(namesReply);
-    if (!names) return false;
+    const Result<QVariant> names = dbus::firstResult(namesReply);
+    if (!names.ok()) return names.status();
     // Every player is asked before any answer is awaited: a desktop with a browser or two has
     // several, and a slow one should not hold up the rest.
     std::vector<std::pair<QString, QDBusPendingCall>> statuses;
-    for (const QString& name : names->toStringList()) {
+    for (const QString& name : names.value().toStringList()) {
         if (!name.startsWith(kMprisPrefix)) continue;
         statuses.emplace_back(
             name, dbus::sendPropertyGet(
@@ -128,15 +135,15 @@ bool addPlayingPlayers(Table& table, const QDBusMessage& namesReply) {
     }
     bool answered = false;
     for (auto& [name, pending] : statuses) {
-        std::optional<QVariant> status = dbus::propertyValue(dbus::waitFor(pending));
-        if (!status) continue;
+        const Result<QVariant> status = dbus::propertyValue(dbus::waitFor(pending));
+        if (!status.ok()) continue;
         answered = true;
-        if (status->toString() != QLatin1String("Playing")) continue;
+        if (status.value().toString() != QLatin1String("Playing")) continue;
         if (std::optional<std::int32_t> pid = dbus::processId(bus, name)) {
             addAssertion(table, *pid, name.toStdString());
         }
     }
-    return answered;
+    return answered ? Status() : Status::failure("no media player answered");
 }
 
 }  // namespace
@@ -147,18 +154,21 @@ void LinuxPowerAssertions::readAhead() {
     }
 }
 
-PowerAssertionsReply LinuxPowerAssertions::assertionsByProcess() {
+Result<AssertionsByProcess> LinuxPowerAssertions::assertionsByProcess() {
     // The three sources are asked at once; each answer is read when it is needed.
     const auto& questions = firstQuestions();
     std::array<QDBusPendingCall, 3> calls{ask(questions[0]), ask(questions[1]), ask(questions[2])};
     Table table;
-    const bool logind = addLogindInhibitors(table, dbus::waitFor(calls[0]));
-    const bool gnome = addGnomeInhibitors(table, dbus::waitFor(calls[1]));
-    const bool players = addPlayingPlayers(table, dbus::waitFor(calls[2]));
-    if (!logind && !gnome && !players) return {.result = 1, .table = std::nullopt};
-    std::map<std::int32_t, PlistValue> assertions;
+    const Status logind = addLogindInhibitors(table, dbus::waitFor(calls[0]));
+    const Status gnome = addGnomeInhibitors(table, dbus::waitFor(calls[1]));
+    const Status players = addPlayingPlayers(table, dbus::waitFor(calls[2]));
+    if (!logind.ok() && !gnome.ok() && !players.ok()) {
+        return Status::failure("logind: " + logind.message() + "; GNOME session manager: " +
+                               gnome.message() + "; media players: " + players.message());
+    }
+    AssertionsByProcess assertions;
     for (auto& [processId, records] : table) assertions.emplace(processId, std::move(records));
-    return {.result = 0, .table = std::move(assertions)};
+    return assertions;
 }
 
 }  // namespace marzipel

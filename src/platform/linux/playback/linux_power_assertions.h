@@ -11,7 +11,8 @@ namespace marzipel {
 /// the three answers. Needs a Qt application object, as every QtDBus user does.
 class LinuxPowerAssertions final : public PowerAssertions {
 public:
-    PowerAssertionsReply assertionsByProcess() override;
+    /// A failure gives each place's reason.
+    Result<AssertionsByProcess> assertionsByProcess() override;
 
     /// Puts the first questions to the three places now, for an `assertionsByProcess` that
     /// follows in this event-loop turn.

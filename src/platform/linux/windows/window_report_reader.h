@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/status.h"
 #include "platform/linux/windows/reported_windows.h"
 
 namespace marzipel {
@@ -20,13 +21,13 @@ inline constexpr int kMaxReportedWindows = 1024;
 /// gives JavaScript values: an object is an a{sv}, an array is an av, a whole number is an int32
 /// (a double when it does not fit). A window is a map with "pid" (number), "fullScreen" (bool),
 /// and the strings "desktopFileName", "resourceName" and "resourceClass", each optional; other
-/// keys are ignored. Each reader gives an empty text on success, else what is wrong.
+/// keys are ignored. A report that does not read fails with what is wrong with it.
 class WindowReportReader {
 public:
     /// One a{sv}: the focused window, or an empty map when no window has focus.
-    static std::string readActive(const QDBusMessage& call, std::optional<ReportedWindow>& window);
+    static Result<std::optional<ReportedWindow>> readActive(const QDBusMessage& call);
     /// One av of a{sv}: the normal windows.
-    static std::string readWindows(const QDBusMessage& call, std::vector<WindowIdentity>& windows);
+    static Result<std::vector<WindowIdentity>> readWindows(const QDBusMessage& call);
 };
 
 }  // namespace marzipel

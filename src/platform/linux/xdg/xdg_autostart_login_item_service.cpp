@@ -51,10 +51,10 @@ LoginItemStatus XdgAutostartLoginItemService::status() const {
     return LoginItemStatus::enabled;
 }
 
-LoginItemResult XdgAutostartLoginItemService::registerItem() {
-    if (!entryPath_) return LoginItemResult::failure(kNoFolder);
+Status XdgAutostartLoginItemService::registerItem() {
+    if (!entryPath_) return Status::failure(kNoFolder);
     if (!isValidUtf8(executable_)) {
-        return LoginItemResult::failure("the program's path is not valid UTF-8: " + executable_);
+        return Status::failure("the program's path is not valid UTF-8: " + executable_);
     }
     KeyFile file;
     file.setString(kGroup, "Type", "Application");
@@ -63,18 +63,15 @@ LoginItemResult XdgAutostartLoginItemService::registerItem() {
     file.setString(kGroup, "Icon", "com.orsavelt.Marzipel");
     file.setBoolean(kGroup, "Terminal", false);
     file.setBoolean(kGroup, "X-GNOME-Autostart-enabled", true);
-    const Status written = replaceFileAtomically(*entryPath_, file.toData());
-    if (!written.ok()) return LoginItemResult::failure(written.message());
-    return LoginItemResult::success();
+    return replaceFileAtomically(*entryPath_, file.toData());
 }
 
-LoginItemResult XdgAutostartLoginItemService::unregisterItem() {
-    if (!entryPath_) return LoginItemResult::success();
+Status XdgAutostartLoginItemService::unregisterItem() {
+    if (!entryPath_) return Status();
     if (unlink(entryPath_->c_str()) != 0 && errno != ENOENT) {
-        return LoginItemResult::failure("cannot remove " + *entryPath_ + ": " +
-                                        std::strerror(errno));
+        return Status::failure("cannot remove " + *entryPath_ + ": " + std::strerror(errno));
     }
-    return LoginItemResult::success();
+    return Status();
 }
 
 }  // namespace marzipel

@@ -19,9 +19,9 @@ public:
     /// turned off by "X-GNOME-Autostart-enabled"; else `notRegistered`.
     LoginItemStatus status() const override;
     /// Writes the entry atomically, replacing any that is there.
-    LoginItemResult registerItem() override;
+    Status registerItem() override;
     /// Removes the entry; one that is already gone counts as removed.
-    LoginItemResult unregisterItem() override;
+    Status unregisterItem() override;
 
 private:
     std::string executable_;

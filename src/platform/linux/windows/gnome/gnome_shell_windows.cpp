@@ -106,16 +106,15 @@ GnomeShellWindows::GnomeShellWindows(ReportedWindows& sink, SystemLog& log, QDBu
 GnomeShellWindows::~GnomeShellWindows() = default;
 
 void GnomeShellWindows::start() {
-    const QDBusMessage reply =
-        dbus::call(bus_, kExtensions, QStringLiteral("GetExtensionInfo"), {uuid_});
-    const std::optional<QVariant> result = dbus::firstResult(reply);
-    if (!result) {
+    const Result<QVariant> result = dbus::firstResult(
+        dbus::call(bus_, kExtensions, QStringLiteral("GetExtensionInfo"), {uuid_}));
+    if (!result.ok()) {
         log_.error(kAppLogSubsystem, kAppLogCategory,
                    "GNOME Shell did not say whether it runs Marzipel's extension: " +
-                       dbus::errorText(reply));
+                       result.status().message());
         return;
     }
-    const QVariantMap info = qdbus_cast<QVariantMap>(result->value<QDBusArgument>());
+    const QVariantMap info = qdbus_cast<QVariantMap>(result.value().value<QDBusArgument>());
     if (info.isEmpty()) {
         say("GNOME Shell does not know Marzipel's extension yet, as it was installed during "
             "this session: log out and in once; until then full screen is not seen",

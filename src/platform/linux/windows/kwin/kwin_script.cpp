@@ -30,11 +30,11 @@ const ScriptPath kScriptPaths[] = {{QStringLiteral("/"), QString()},
 
 /// The objects KWin serves right under `parent`.
 QStringList children(const QDBusConnection& bus, const QString& parent) {
-    const std::optional<QVariant> xml = dbus::firstResult(dbus::call(
+    const Result<QVariant> xml = dbus::firstResult(dbus::call(
         bus, {kScripting.service, parent, "org.freedesktop.DBus.Introspectable"}, "Introspect"));
     QStringList names;
-    if (!xml) return names;
-    QXmlStreamReader reader(xml->toString());
+    if (!xml.ok()) return names;
+    QXmlStreamReader reader(xml.value().toString());
     while (!reader.atEnd() && !reader.hasError()) {
         if (reader.readNext() == QXmlStreamReader::StartElement &&
             reader.name() == QLatin1String("node") &&
@@ -70,20 +70,20 @@ void KWinScript::tryStart() {
         children(bus_, kScriptPaths[0].parent) + children(bus_, kScriptPaths[1].parent);
     const QDBusMessage loaded =
         dbus::call(bus_, kScripting, QStringLiteral("loadScript"), {path_, kPluginName});
-    const std::optional<QVariant> id = dbus::firstResult(loaded);
+    const Result<QVariant> id = dbus::firstResult(loaded);
     if (loaded.errorName() == QLatin1String("org.freedesktop.DBus.Error.UnknownObject") &&
         --attemptsLeft_ > 0) {
         retry_.start();
         return;
     }
-    if (!id || id->toInt() < 0) {
-        log_.error(
-            kAppLogSubsystem, kAppLogCategory,
-            "KWin did not load the window script " + path_.toStdString() + ": " +
-                (id ? "it answered " + id->toString().toStdString() : dbus::errorText(loaded)));
+    if (!id.ok() || id.value().toInt() < 0) {
+        log_.error(kAppLogSubsystem, kAppLogCategory,
+                   "KWin did not load the window script " + path_.toStdString() + ": " +
+                       (id.ok() ? "it answered " + id.value().toString().toStdString()
+                                : id.status().message()));
         return;
     }
-    id_ = id->toInt();
+    id_ = id.value().toInt();
     QDBusMessage ran;
     for (const ScriptPath& path : kScriptPaths) {
         if (before.contains(path.prefix + QString::number(*id_))) {
