@@ -97,9 +97,11 @@ void TriggerStateMachine::activate(const std::string& /*bundleId*/) {
     std::optional<float> keyboardLevel;
     if (keyboard.ok()) {
         keyboardLevel = keyboard.value();
-    } else {
+        keyboardFailure_.clear();
+    } else if (keyboard.status().message() != keyboardFailure_) {
+        keyboardFailure_ = keyboard.status().message();
         systemLog_.error(kAppLogSubsystem, kAppLogCategory,
-                         keyboard.status().message() + "; leaving the keyboard backlight as it is");
+                         keyboardFailure_ + "; leaving the keyboard backlight as it is");
     }
     settings_.marzipelData().set(MarzipelData{nightShift.enabled, keyboardLevel});
     // Placed after the record: a marker must never point at a record older than its run.

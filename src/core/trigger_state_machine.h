@@ -64,6 +64,9 @@ private:
     RunMarker& runMarker_;
     SystemLog& systemLog_;
     bool markerChecked_ = false;
+    /// Why the last keyboard read failed, said once until a read succeeds or fails otherwise: a
+    /// machine without a keyboard light would say it at every film.
+    std::string keyboardFailure_;
 };
 
 }  // namespace marzipel
