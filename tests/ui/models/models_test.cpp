@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "platform/sim/sim_application.h"
-#include "ui/models/blue_light_label.h"
 #include "ui/models/settings_access.h"
 #include "ui/models/settings_view_model.h"
 #include "ui/models/tray_commands.h"
@@ -110,15 +109,6 @@ TEST_F(SettingsViewModelTest, TogglesWhenItsPostedTaskRunsAndNotOnceTheModelIsGo
     model = std::make_unique<SettingsViewModel>(post);
     runPosted();
     EXPECT_FALSE(model->showAdvancedSettings());
-}
-
-// Each desktop's own name for the filter; both windows' models take their switch's label from
-// here, and the windows test sees it on both.
-TEST(BlueLightToggleLabelTest, NamesTheFilterAsThePlatformDoes) {
-    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightShift), "Disable Night Shift");
-    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightLight), "Disable Night Light");
-    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::nightColor), "Disable Night Color");
-    EXPECT_EQ(blueLightToggleLabel(BlueLightFilterName::none), "Disable the blue-light filter");
 }
 
 }  // namespace

@@ -21,21 +21,26 @@ std::optional<std::string> homeDirectory() {
     return std::string(found->pw_dir);
 }
 
-std::optional<std::string> configHomeDirectory(const std::optional<std::string>& home) {
-    // Relative values are invalid by the XDG rules and are ignored.
-    if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && config[0] == '/') {
-        return std::string(config);
-    }
+namespace {
+
+/// `variable` when it is an absolute path (relative values are invalid by the XDG rules and are
+/// ignored), else `home` + `fallback`.
+std::optional<std::string> baseDirectory(const char* variable,
+                                         const std::optional<std::string>& home,
+                                         const char* fallback) {
+    if (const char* value = std::getenv(variable); value && value[0] == '/') return value;
     if (!home) return std::nullopt;
-    return *home + "/.config";
+    return *home + fallback;
+}
+
+}  // namespace
+
+std::optional<std::string> configHomeDirectory(const std::optional<std::string>& home) {
+    return baseDirectory("XDG_CONFIG_HOME", home, "/.config");
 }
 
 std::optional<std::string> stateHomeDirectory(const std::optional<std::string>& home) {
-    if (const char* state = std::getenv("XDG_STATE_HOME"); state && state[0] == '/') {
-        return std::string(state);
-    }
-    if (!home) return std::nullopt;
-    return *home + "/.local/state";
+    return baseDirectory("XDG_STATE_HOME", home, "/.local/state");
 }
 
 }  // namespace marzipel
