@@ -140,6 +140,8 @@ TEST_F(X11Test, FollowsFullScreenOfTheActiveWindowAndTheDesktop) {
     // The window now watched is the player again: its own state change must be seen.
     act([&] { client.setFullScreen(player, false); });
     EXPECT_TRUE(postedWhile(player, true));
+    settle();
+    EXPECT_EQ(posts.size(), settled + 1) << "leaving full screen is one change";
     EXPECT_TRUE(monitor.isOnActiveSpace());
     EXPECT_TRUE(std::ranges::all_of(posts, [](const Post& post) {
         return post.onActiveSpace || post.toldFullScreenLikely;

@@ -1,16 +1,6 @@
 // The windows and the tray over an in-memory world.
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QSystemTrayIcon>
-#include <QTemporaryDir>
-#include <QToolButton>
 #include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 
 #include "ui/app_row.h"

@@ -24,21 +24,7 @@ namespace marzipel::dbustest {
 namespace {
 
 const QString kUPower = QStringLiteral("org.freedesktop.UPower");
-const QString kKbdPath = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
 const std::string kLogPrefix = "com.orsavelt/MarzipelApp: ";
-
-std::unique_ptr<MockService> startUPower(int max, int level) {
-    return std::make_unique<MockService>(
-        "upower_kbd_backlight", kUPower, true,
-        "{\"max\": " + std::to_string(max) + ", \"level\": " + std::to_string(level) + "}");
-}
-
-std::vector<int> levelsSet(const MockService& upower) {
-    std::vector<int> levels;
-    for (const QVariantList& arguments : upower.calls(kKbdPath, "SetBrightness"))
-        levels.push_back(arguments.at(0).toInt());
-    return levels;
-}
 
 TEST(KeyboardLevels, RoundToTheNearestLevelWithinRange) {
     EXPECT_EQ(levelOfFraction(0.5f, 3), 2);
@@ -60,14 +46,14 @@ float levelRead(BrightnessService& service) {
 /// A level change that does not pass through the adapters, as another program's would.
 void setLevelElsewhere(int level) {
     QDBusMessage message = QDBusMessage::createMethodCall(
-        kUPower, kKbdPath, "org.freedesktop.UPower.KbdBacklight", "SetBrightness");
+        kUPower, kKeyboardPath, "org.freedesktop.UPower.KbdBacklight", "SetBrightness");
     message.setArguments({level});
     ASSERT_EQ(QDBusConnection::systemBus().call(message).type(), QDBusMessage::ReplyMessage);
 }
 
 // Levels both ways through UPower are also run by the program test, on the keyboard it dims.
 TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogged) {
-    auto upower = startUPower(3, 2);
+    auto upower = startKeyboardBacklight();
     SimSystemLog log;
     TempFolder noLeds;
     LinuxBrightnessServiceFactory factory(log, noLeds.path());
@@ -80,7 +66,7 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     setLevelElsewhere(1);
     EXPECT_FLOAT_EQ(levelRead(*reader), 2.0f / 3) << "the level read ahead";
     EXPECT_FLOAT_EQ(levelRead(*reader), 1.0f / 3) << "asked again";
-    EXPECT_EQ(upower->calls(kKbdPath, "GetBrightness").size(), 2u)
+    EXPECT_EQ(upower->calls(kKeyboardPath, "GetBrightness").size(), 2u)
         << "both clients wanted the level, but it was read ahead once";
     factory.readAhead();
     QCoreApplication::processEvents();
@@ -90,10 +76,7 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     writer->setBrightness(1.0f, 1);
     EXPECT_FLOAT_EQ(levelRead(*reader), 1.0f) << "a later call may change it";
     // A failed read is no level: it says why, and the caller decides what to log.
-    upower->control(kKbdPath, "AddMethod",
-                    {"org.freedesktop.UPower.KbdBacklight", "GetBrightness", "", "i",
-                     "raise dbus.exceptions.DBusException('the EC did not answer', "
-                     "name='org.freedesktop.UPower.GeneralError')"});
+    failKeyboardReads(*upower);
     const Result<float> failed = reader->brightnessForKeyboard(1);
     EXPECT_FALSE(failed.ok());
     EXPECT_EQ(failed.status().message(),
@@ -107,16 +90,16 @@ TEST(UPowerKeyboard, ReadAheadServesOneTurnAndAVanishingServiceIsSurvivedAndLogg
     ASSERT_EQ(log.entries.size(), 1u);
     EXPECT_NE(log.entries[0].find("Could not set the keyboard backlight"), std::string::npos);
     // Back with other hardware: the maximum known before is not trusted.
-    upower = startUPower(8, 1);
+    upower = startKeyboardBacklight(8, 1);
     writer->setBrightness(0.75f, 1);
-    EXPECT_EQ(levelsSet(*upower), (std::vector<int>{6}));
+    EXPECT_EQ(keyboardLevelsSet(*upower), (std::vector<int>{6}));
     EXPECT_FLOAT_EQ(levelRead(*reader), 0.75f);
 }
 
 // On KDE the keyboard goes through PowerDevil, which keeps the level it puts back; the light is
 // set without PowerDevil's on-screen display, and UPower is not called behind its back.
 TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
-    const auto upower = startUPower(3, 2);
+    const auto upower = startKeyboardBacklight();
     MockService powerDevil("powerdevil_keyboard", "org.kde.Solid.PowerManagement", false,
                            R"({"max": 4, "level": 3})");
     const QString path =
@@ -130,7 +113,7 @@ TEST(PowerDevilKeyboard, ChosenOverUPowerAndSetSilentlyInLevels) {
     service->setBrightness(0.75f, 1);
     EXPECT_EQ(powerDevil.calls(path, "setKeyboardBrightnessSilent"),
               (std::vector<QVariantList>{{0}, {3}}));
-    EXPECT_TRUE(levelsSet(*upower).empty());
+    EXPECT_TRUE(keyboardLevelsSet(*upower).empty());
     EXPECT_EQ(log.infoEntries,
               std::vector<std::string>{kLogPrefix + "Keyboard backlight through PowerDevil"});
     EXPECT_TRUE(log.entries.empty());

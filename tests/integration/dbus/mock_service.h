@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariantList>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -80,5 +81,30 @@ private:
     QString name_;
     bool systemBus_;
 };
+
+inline const QString kKeyboardPath = QStringLiteral("/org/freedesktop/UPower/KbdBacklight");
+
+/// A stand-in UPower keyboard backlight with levels 0 to `max`, now at `level`.
+inline std::unique_ptr<MockService> startKeyboardBacklight(int max = 3, int level = 2) {
+    return std::make_unique<MockService>(
+        "upower_kbd_backlight", "org.freedesktop.UPower", true,
+        "{\"max\": " + std::to_string(max) + ", \"level\": " + std::to_string(level) + "}");
+}
+
+/// Makes later reads of a stand-in UPower keyboard fail, as a controller that does not answer.
+inline void failKeyboardReads(const MockService& keyboard) {
+    keyboard.control(kKeyboardPath, "AddMethod",
+                     {"org.freedesktop.UPower.KbdBacklight", "GetBrightness", "", "i",
+                      "raise dbus.exceptions.DBusException('the EC did not answer', "
+                      "name='org.freedesktop.UPower.GeneralError')"});
+}
+
+/// The levels set on a stand-in UPower keyboard, oldest first.
+inline std::vector<int> keyboardLevelsSet(const MockService& keyboard) {
+    std::vector<int> levels;
+    for (const QVariantList& arguments : keyboard.calls(kKeyboardPath, "SetBrightness"))
+        levels.push_back(arguments.at(0).toInt());
+    return levels;
+}
 
 }  // namespace marzipel::dbustest

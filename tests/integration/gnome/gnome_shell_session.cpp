@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "integration/program/marzipel_run.h"
 #include "platform/linux/dbus/dbus_call.h"
 #include "platform/linux/windows/gnome/gnome_shell_windows.h"
 #include "support/temp_folder.h"
@@ -70,8 +71,8 @@ void leaveOverview() {
 }  // namespace
 
 GnomeShellSession::GnomeShellSession() {
-    writeFile(scratch("data/applications/") + kListedApp + ".desktop",
-              "[Desktop Entry]\nType=Application\nName=Test Player\nExec=true\n");
+    // Before the shell starts, so that it names the test player's windows by their entry.
+    programtest::writePlayerEntry();
     const std::string extensions = scratch("data/gnome-shell/extensions/");
     const std::string extension = extensions + kGnomeShellExtensionUuid;
     std::filesystem::create_directories(extension);
@@ -96,10 +97,6 @@ GnomeShellSession::GnomeShellSession() {
 
 std::vector<std::string> GnomeShellSession::clientEnvironment() const {
     return waylandClientEnvironment(scratch("home/runtime"), kWaylandDisplay);
-}
-
-std::string GnomeShellSession::displayVariable() const {
-    return std::string("WAYLAND_DISPLAY=") + kWaylandDisplay;
 }
 
 Child GnomeShellSession::startWindow(const std::string& appId) const {

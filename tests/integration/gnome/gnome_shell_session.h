@@ -8,10 +8,6 @@
 
 namespace marzipel::dbustest {
 
-/// The app id whose desktop entry exists before the shell starts, so that it names its windows
-/// by it.
-inline constexpr char kListedApp[] = "marzipel-test-player";
-
 /// A headless GNOME Shell on this test program's private buses, as a user logs in to it:
 /// Marzipel's extension installed in the user's data folder and switched on in the user's keys,
 /// the overview left. A second extension puts the shell in its unsafe mode, the only one in
@@ -23,8 +19,6 @@ public:
 
     /// What a Wayland client of this shell needs in its environment ("NAME=value").
     std::vector<std::string> clientEnvironment() const;
-    /// "WAYLAND_DISPLAY=name".
-    std::string displayVariable() const;
     /// Our test window naming its application `appId`, painted.
     Child startWindow(const std::string& appId) const;
     /// The extension's state as the shell reports it (1 is on); 0 when it does not know it.

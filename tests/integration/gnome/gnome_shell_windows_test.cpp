@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include "integration/gnome/gnome_shell_session.h"
+#include "integration/program/marzipel_run.h"
 #include "integration/wayland/reported_windows_wait.h"
 #include "platform/linux/dbus/dbus_call.h"
 #include "platform/sim/sim_basics.h"
@@ -17,7 +18,7 @@ namespace marzipel {
 namespace {
 
 using dbustest::gnomeShell;
-using dbustest::kListedApp;
+using programtest::kPlayer;
 
 /// A connection that is not the shell's sends two reports of a full-screen window.
 constexpr char kIntruder[] = R"(
@@ -58,7 +59,7 @@ TEST_F(GnomeShellWindowsTest, FollowsTheShellAloneAndSaysOnceWhenItsExtensionIsO
     windows.setActiveSpaceChangedHandler([&] { ++posts; });
     auto source = std::make_unique<GnomeShellWindows>(windows, log);
 
-    Child player = gnomeShell().startWindow(kListedApp);
+    Child player = gnomeShell().startWindow(kPlayer);
     ASSERT_TRUE(waitForFocus(windows, player.pid()));
     Child intruder({DBUSMOCK_PYTHON, "-c", kIntruder});
     ASSERT_TRUE(waitUntil([&] { return !intruder.running(); }));

@@ -6,13 +6,10 @@
 #include <filesystem>
 #include <sstream>
 
+#include "platform/plist/plist_codec.h"
+
 namespace marzipel::programtest {
 namespace {
-
-void writeDesktopEntry(const std::string& id, const std::string& name) {
-    writeFile(scratch("data/applications/" + id + ".desktop"),
-              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n");
-}
 
 constexpr char kSanitizerReport[] = "sanitizer-report";
 
@@ -29,9 +26,9 @@ std::string sanitizerOptions(const std::filesystem::path& report) {
 
 }  // namespace
 
-void writeDesktopEntries() {
-    writeDesktopEntry(kPlayer, "Test Player");
-    writeDesktopEntry(kOtherApp, "Other App");
+void writePlayerEntry() {
+    writeFile(scratch("data/applications/") + kPlayer + ".desktop",
+              "[Desktop Entry]\nType=Application\nName=Test Player\nExec=true\n");
 }
 
 std::vector<std::string> MarzipelRun::environment(
@@ -52,15 +49,13 @@ void MarzipelRun::start(const std::vector<std::string>& environment) {
         std::filesystem::remove(debugLog_);
     } else {
         writeFile(scratch("config/marzipel/com.orsavelt.Marzipel.plist"),
-                  R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0"><dict>
-<key>welcomeScreenShown</key><true/>
-<key>debugLoggingEnabled</key><true/>
-<key>enabledApps</key><array><string>{"id":"marzipel-test-player","name":"Test Player"}</string></array>
-<key>enabledFeatures</key><array><string>{"keyboardBacklight":{}}</string><string>{"nightShift":{}}</string></array>
-</dict></plist>
-)");
+                  toXmlPropertyList(PlistDictionary{
+                      {"welcomeScreenShown", true},
+                      {"debugLoggingEnabled", true},
+                      {"enabledApps",
+                       PlistArray{R"({"id":"marzipel-test-player","name":"Test Player"})"}},
+                      {"enabledFeatures",
+                       PlistArray{R"({"keyboardBacklight":{}})", R"({"nightShift":{}})"}}}));
     }
     process_ = Child({MARZIPEL_PROGRAM}, this->environment(environment));
     // The debug log is opened once the event loop runs, when the window source is in place.
@@ -103,19 +98,6 @@ std::vector<std::string> MarzipelRun::logLines() const {
         messages.push_back(start == std::string::npos ? line : line.substr(start + 2));
     }
     return messages;
-}
-
-std::unique_ptr<dbustest::MockService> startKeyboardBacklight() {
-    return std::make_unique<dbustest::MockService>("upower_kbd_backlight", "org.freedesktop.UPower",
-                                                   true, R"({"max": 3, "level": 2})");
-}
-
-std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard) {
-    std::vector<int> levels;
-    for (const auto& arguments :
-         keyboard.calls(QStringLiteral("/org/freedesktop/UPower/KbdBacklight"), "SetBrightness"))
-        levels.push_back(arguments.value(0).toInt());
-    return levels;
 }
 
 std::string gsettingsKeyfile() { return readFile(scratch("config/glib-2.0/settings/keyfile")); }

@@ -11,14 +11,13 @@
 
 namespace marzipel::programtest {
 
-/// The trigger app of every run, and an app that is none.
+/// The trigger app of every run.
 inline constexpr char kPlayer[] = "marzipel-test-player";
-inline constexpr char kOtherApp[] = "marzipel-test-other";
 
 using dbustest::scratch;
 
-/// Installs desktop entries for `kPlayer` and `kOtherApp` in the scratch folder's data home.
-void writeDesktopEntries();
+/// Installs the desktop entry of `kPlayer`, "Test Player", in the scratch folder's data home.
+void writePlayerEntry();
 
 /// The marzipel program as a user runs it, on the test program's buses, with `kPlayer` as its
 /// trigger app, both features on and the debug log on; ended when this goes away, and the test
@@ -56,11 +55,6 @@ private:
     std::string debugLog_;
     Child process_;
 };
-
-/// A stand-in UPower keyboard backlight with levels 0 to 3, now at 2.
-std::unique_ptr<dbustest::MockService> startKeyboardBacklight();
-/// The levels the program set on the stand-in UPower keyboard, oldest first.
-std::vector<int> keyboardLevelsSet(const dbustest::MockService& keyboard);
 
 /// The user's GSettings keyfile, to see that a run leaves it as it was.
 std::string gsettingsKeyfile();

@@ -40,11 +40,11 @@ bool marzipelOnBus() {
 // own shows on it; the full-screen player closing; Marzipel killed, supervisor and all: KWin
 // lifts the inhibition by itself.
 TEST(KWinProgramTest, TriggerPlayerInhibitsNightColorUntilItLeavesOrARunEndsOneMarzipelAtATime) {
-    programtest::writeDesktopEntries();
+    programtest::writePlayerEntry();
     KWinSession kwin;
     ASSERT_FALSE(nightColorInhibited());
-    const auto keyboard = programtest::startKeyboardBacklight();
-    const auto levelsSet = [&] { return programtest::keyboardLevelsSet(*keyboard); };
+    const auto keyboard = dbustest::startKeyboardBacklight();
+    const auto levelsSet = [&] { return dbustest::keyboardLevelsSet(*keyboard); };
     std::vector<std::string> environment = kwin.clientEnvironment();
     environment.insert(environment.end(), {"XDG_SESSION_TYPE=wayland", "XDG_CURRENT_DESKTOP=KDE"});
     programtest::MarzipelRun marzipel;
