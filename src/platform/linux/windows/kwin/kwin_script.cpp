@@ -11,8 +11,9 @@ namespace {
 const QString kPluginName = QStringLiteral("marzipel");
 const dbus::Address kScripting{"org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting"};
 
-/// KWin takes its bus name before it serves its scripting: a few tenths of a second at most.
-constexpr int kStartAttempts = 20;
+/// KWin takes its bus name before it serves its scripting: a few tenths of a second, and
+/// seconds on a machine busy starting a whole session.
+constexpr int kStartAttempts = 100;
 constexpr std::chrono::milliseconds kRetryInterval{100};
 
 /// Where KWin serves a loaded script: "/<id>" on 5.27, "/Scripting/Script<id>" on Plasma 6.
