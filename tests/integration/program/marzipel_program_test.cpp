@@ -21,6 +21,18 @@ using dbustest::hoursFromNow;
 using programtest::kPlayer;
 using programtest::scratch;
 
+/// Starts `marzipel` on `x`, then puts a window of the trigger player in full screen there.
+xcb_window_t startWithPlayerInFullScreen(XSession& x, programtest::MarzipelRun& marzipel) {
+    marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
+                    "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
+    const auto player = x.client().createWindow({.processId = static_cast<std::uint32_t>(getpid()),
+                                                 .instance = kPlayer,
+                                                 .className = kPlayer});
+    x.client().activate(player);
+    x.client().setFullScreen(player, true);
+    return player;
+}
+
 // The whole life of a run: the trigger player in and out of full screen, an end the program did
 // not ask for (its supervisor starts it again and the new run puts both back) and
 // SIGTERM, which puts both back before the program ends. The user's Night Light keys stay as
@@ -45,13 +57,7 @@ TEST(MarzipelProgramTest, TriggerPlayerSwitchesBothOffUntilItLeavesOrTheRunEnds)
         return !colorProperty("DisabledUntilTomorrow") && colorProperty("NightLightActive");
     };
     programtest::MarzipelRun marzipel;
-    marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
-                    "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
-    const auto player = x.client().createWindow({.processId = static_cast<std::uint32_t>(getpid()),
-                                                 .instance = kPlayer,
-                                                 .className = kPlayer});
-    x.client().activate(player);
-    x.client().setFullScreen(player, true);
+    const auto player = startWithPlayerInFullScreen(x, marzipel);
     ASSERT_TRUE(waitUntil([&] { return !levelsSet().empty(); }));
     EXPECT_EQ(levelsSet(), std::vector<int>{0});
     EXPECT_TRUE(waitUntil([] { return colorProperty("DisabledUntilTomorrow"); }));
@@ -134,13 +140,7 @@ TEST(MarzipelProgramTest, KeyboardGoesThroughGnomePowerAndStaysOffThroughAnIdleD
     ASSERT_TRUE(waitUntil([] { return powerKeyboardPercent() == 67; }, 20s))
         << "gsd-power did not answer for the keyboard";
     programtest::MarzipelRun marzipel;
-    marzipel.start({"DISPLAY=" + x.display(), "QT_QPA_PLATFORM=xcb",
-                    "XDG_RUNTIME_DIR=" + scratch("home/runtime")});
-    const auto player = x.client().createWindow({.processId = static_cast<std::uint32_t>(getpid()),
-                                                 .instance = kPlayer,
-                                                 .className = kPlayer});
-    x.client().activate(player);
-    x.client().setFullScreen(player, true);
+    const auto player = startWithPlayerInFullScreen(x, marzipel);
     ASSERT_TRUE(waitUntil([&] { return !levelsSet().empty(); }));
     EXPECT_EQ(powerKeyboardPercent(), 0);
 
