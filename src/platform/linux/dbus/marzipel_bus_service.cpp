@@ -172,25 +172,20 @@ bool MarzipelBusService::handle(const QDBusMessage& call) {
                    " reports windows");
         return true;
     }
-    Status read;
+    // A sound report is answered before it is passed on; the rest are refused with the fault.
+    const auto deliver = [&](auto read, const auto& handler) {
+        if (!read.ok()) {
+            refuse(call, kInvalidArgs, read.status().message());
+            return;
+        }
+        bus_.send(call.createReply());
+        if (handler) handler(std::move(read).value());
+    };
     if (active) {
-        Result<std::optional<ReportedWindow>> window = WindowReportReader::readActive(call);
-        if (window.ok()) {
-            bus_.send(call.createReply());
-            if (reports_.active) reports_.active(std::move(window).value());
-            return true;
-        }
-        read = window.status();
+        deliver(WindowReportReader::readActive(call), reports_.active);
     } else {
-        Result<std::vector<WindowIdentity>> windows = WindowReportReader::readWindows(call);
-        if (windows.ok()) {
-            bus_.send(call.createReply());
-            if (reports_.windows) reports_.windows(std::move(windows).value());
-            return true;
-        }
-        read = windows.status();
+        deliver(WindowReportReader::readWindows(call), reports_.windows);
     }
-    refuse(call, kInvalidArgs, read.message());
     return true;
 }
 
